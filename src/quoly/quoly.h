@@ -1,0 +1,85 @@
+/* Quolys: the system's one general scalar value, and its arithmetic.
+
+   Families by ownership. Plain (quoly_add, quoly_mult): operands kept, *r replaced; r may hold an operand.
+   better_: the first operand is consumed, its node reused; *r replaced unless it is that operand. best_ and fast_:
+   *a becomes the result; best_ consumes and frees b, fast_ keeps it. All compute in the ring in force.
+   Division by 0 is error 22 with the result 1. */
+#pragma once
+
+#include "top/tolvek.h"
+
+namespace tolvek {
+
+/* ---- making and freeing ---- */
+
+void init_quoly_node(quolynode *q);                   /* a plain number record with no chain yet */
+void quoly_set(int32_t value, quolynode **q);         /* *q := the plain number `value` */
+void quoly_set_int64(int64_t value, quolynode **q);
+void quoly_set_flote(long double value, quolynode **q); /* float ring: *q := the plain number */
+void scalar_to_quoly(number *x, quolynode **q);       /* *q := the number x, whose chain it takes over */
+void quoly_assign(const quolynode *q, quolynode **r); /* deep copy; *r may be q */
+void free_quoly(quolynode **q);                       /* null is fine; *q := null */
+void free_poly(polynode **p);                         /* null is fine; *p := null */
+
+extern quolynode *quol_num_0, *quol_num_1; /* ready constants, valid in every number form; never to be freed */
+quolynode *small_constant(int i);          /* the shared constant i, 0 to 998; never to be freed */
+void make_quoly_constants();
+
+int quoly_is_zero(const quolynode *q);
+/* The value as a 32-bit integer, rounded or cut to the last word; q is a plain number. */
+int32_t quoly_to_int(const quolynode *q);
+
+/* A quoly that gives its value back at the end of the frame unless it was released. */
+class quoly_handle {
+  public:
+    quoly_handle() = default;
+    ~quoly_handle() { free_quoly(&value); }
+    quoly_handle(const quoly_handle &) = delete;
+    quoly_handle &operator=(const quoly_handle &) = delete;
+    quolynode **slot() { return &value; }
+    quolynode *get() const { return value; }
+    quolynode *operator->() const { return value; }
+    explicit operator bool() const { return value != nullptr; }
+    quolynode *release() {
+        quolynode *q = value;
+        value = nullptr;
+        return q;
+    }
+    /* The value replaces what *r held. */
+    void release_to(quolynode **r) {
+        quolynode *old = *r;
+        *r = release();
+        free_quoly(&old);
+    }
+
+  private:
+    quolynode *value = nullptr;
+};
+
+/* ---- arithmetic ---- */
+
+void quoly_add(const quolynode *a, const quolynode *b, quolynode **r);
+void quoly_sub(const quolynode *a, const quolynode *b, quolynode **r);
+void better_quoly_add(quolynode *a, const quolynode *b, quolynode **r);
+void better_quoly_sub(quolynode *a, const quolynode *b, quolynode **r);
+void best_quoly_add(quolynode **a, quolynode *b);
+void best_quoly_sub(quolynode **a, quolynode *b);
+
+void quoly_mult(const quolynode *a, const quolynode *b, quolynode **r);
+void fast_quoly_mult(quolynode **a, const quolynode *b);
+/* no_gcd: the caller promises that the numerators have no common factor. */
+void quoly_quot(const quolynode *a, const quolynode *b, quolynode **r, int no_gcd);
+void fast_quoly_quot(quolynode **a, const quolynode *b, int no_gcd);
+/* op '\\' gives the integer quotient, '|' the remainder. */
+void quoly_mod_or_div(const quolynode *a, const quolynode *b, quolynode **r, int op);
+
+void quoly_makeneg(const quolynode *q, quolynode **r);
+void quoly_inplace(quolynode *q);                 /* negates */
+void quoly_great_int(quolynode **q);              /* the floor */
+void quoly_abs(quolynode **q);                    /* the magnitude */
+void quoly_reciprocal(quolynode **q);
+void raise_to_power(quolynode **q, const number *exponent); /* errors 22, 32, 85 */
+void quoly_compute_power(quolynode **q, uint32_t e);        /* e at least 1 */
+void quoly_differen_once(quolynode **q, int times);         /* derivative by the first variable */
+
+} // namespace tolvek

@@ -1,0 +1,85 @@
+/* The plain records of the system's values and stored programs, shared by every folder.
+
+   Records stay plain: they have no constructor and no owner of their own. What a routine holds of them for a
+   time sits in a handle (numbers/handles.h, quoly/quoly.h). Each record names the free list it comes from. */
+#pragma once
+
+#include <cstdint>
+
+namespace tolvek {
+
+/* One digit cell of a chain, most significant first. The radix is 2^28, or 10^8 in a decimal-form number.
+   Every digit carries the sign of the whole number. Free list: numhead. */
+struct numnode {
+    int32_t digit;
+    numnode *next; /* next less significant digit; null at the tail */
+};
+
+/* One number in three forms side by side. Which one is valid follows from the ring flags (ring.h):
+   flote_val while flotemode is on, lint_val while lintmode is on, the chain while both are off.
+   A record without a chain has num_len 0, and must have it before its first use. Free list: imhead. */
+struct number {
+    numnode *num_head;     /* most significant digit; never 0 unless the number is 0 */
+    numnode *num_tail;     /* least significant digit: lets a chain be freed by one splice */
+    long double flote_val; /* 80-bit extended float */
+    number *num_link;      /* link of imhead, and of lists of numbers */
+    int32_t lint_val;      /* a residue 0 .. modulus - 1 in a modular ring */
+    int32_t num_len;       /* nodes in the chain; 0 or less: no chain is held */
+};
+
+/* One term of a polynomial. Free list: polygarb. */
+struct polynode {
+    int32_t expo;   /* exponent of this level's variable; 0 for a number term */
+    int32_t is_number; /* 1: the coefficient is `num`; 0: it is the polynomial `poly` of the next variable */
+    polynode *next; /* next term, of lower exponent */
+    union {
+        number *num;
+        polynode *poly;
+    };
+};
+
+/* The one general scalar value: a plain number, a polynomial, a rational number, or a quotient of
+   polynomials, always reduced. Free list: quolygarb. */
+struct quolynode {
+    quolynode *link;    /* the free list's link */
+    int32_t is_num;     /* 1: the value is the number `numb`; 0: it is num, or num / den */
+    int32_t is_rat;     /* 1: num and den are both constants, outside lintmode */
+    int32_t array_mark; /* 1, in a plain number only: the value stands for an array parameter */
+    union {
+        number *numb;
+        polynode *num;
+    };
+    polynode *den; /* null: no denominator; meaningless in a plain number */
+};
+
+/* One entry of a row of a sparse array; rows ascend strictly by column. Free list: colm_garb. */
+struct colm {
+    int32_t column; /* counts from 1, whatever the index origin is */
+    quolynode *value;
+    colm *next;
+};
+
+constexpr int token_bytes = 12;          /* text of a token, its NUL included */
+constexpr uint16_t hash_unknown = 65535; /* hash_slot of a token that has not been hashed */
+
+struct token {
+    char text[token_bytes];
+    uint16_t hash_slot; /* modulo 151 for scalars and arrays, 71 for functions; hash_unknown until computed */
+};
+
+/* One token of a stored list, or one parameter of a function. Free list: name_garb. */
+struct name {
+    token tok;
+    bool blank_after; /* a blank followed in the source: kept for listings */
+    name *next;
+};
+
+/* A scalar variable, chained in sca_store by hash. Free list: var_garb. */
+struct variable {
+    token tok;
+    variable *next;
+    quolynode **param_home; /* a by-reference parameter: the caller's slot; else null */
+    quolynode *value;
+};
+
+} // namespace tolvek
