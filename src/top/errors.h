@@ -20,7 +20,10 @@ struct unwind {
     enum kind { to_top, quit } what;
 };
 
-int error(int n, const token &symbol);
+int error(int n, const token_record &symbol);
+
+/* The symbol of errors that have none. */
+extern const token_record blank;
 
 /* Reports and goes on. Numbers 0 to 5, 19, 22, 90 and 342 have texts of their own. */
 void warning(int n, const char *symbol);

@@ -25,6 +25,9 @@ inline void safe_point() {
 void install_interrupt_handler();
 void accept_interrupts(bool yes);
 
+/* An interrupt is noted and will be taken at the next safe point. */
+bool interrupt_pending();
+
 /* Notes an interrupt, as the handler does. */
 void note_interrupt();
 

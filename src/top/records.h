@@ -62,21 +62,21 @@ struct colm {
 constexpr int token_bytes = 12;          /* text of a token, its NUL included */
 constexpr uint16_t hash_unknown = 65535; /* hash_slot of a token that has not been hashed */
 
-struct token {
+struct token_record {
     char text[token_bytes];
     uint16_t hash_slot; /* modulo 151 for scalars and arrays, 71 for functions; hash_unknown until computed */
 };
 
 /* One token of a stored list, or one parameter of a function. Free list: name_garb. */
 struct name {
-    token tok;
+    token_record tok;
     bool blank_after; /* a blank followed in the source: kept for listings */
     name *next;
 };
 
 /* A scalar variable, chained in sca_store by hash. Free list: var_garb. */
 struct variable {
-    token tok;
+    token_record tok;
     variable *next;
     quolynode **param_home; /* a by-reference parameter: the caller's slot; else null */
     quolynode *value;
