@@ -11,9 +11,9 @@
 
 namespace tolvek {
 
-text_in standard_input;
-text_out standard_output{STDOUT_FILENO};
-text_out standard_error{STDERR_FILENO};
+text_in standard_input(STDIN_FILENO);
+text_out standard_output(STDOUT_FILENO);
+text_out standard_error(STDERR_FILENO);
 text_out *Output = &standard_output;
 
 /* Waits for the descriptor with SIGINT blocked but for the wait itself, so that an interrupt which comes between
@@ -35,7 +35,9 @@ static ssize_t read_some_from_system(int fd, char *to, std::size_t room) {
     return read(fd, to, room);
 }
 
-io_hooks io{read_some_from_system, write};
+static ssize_t write_some_to_system(int fd, const char *from, std::size_t count) { return write(fd, from, count); }
+
+io_hooks io{read_some_from_system, write_some_to_system};
 
 /* ---- reading ---- */
 

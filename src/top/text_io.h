@@ -15,6 +15,9 @@ constexpr int no_char = -1; /* the stream has ended */
 
 /* A source of characters. Characters are unsigned: 0 to 255. */
 struct text_in {
+    text_in() = default;
+    explicit text_in(int descriptor) : fd(descriptor) {}
+
     int fd = -1;
     int at = 0, end = 0;       /* the unread part of `block` */
     bool ended = false;        /* the last read met the end */
@@ -50,6 +53,8 @@ void close_text(text_in &in);
 /* ---- writing ---- */
 
 struct text_out {
+    explicit text_out(int descriptor) : fd(descriptor) {}
+
     int fd;
     int used = 0;
     bool failed = false; /* a write was refused: text is dropped from here on */
