@@ -4,7 +4,6 @@
 
 namespace tolvek {
 
-const token_record blank{" ", hash_unknown};
 const token_record semicolon{";", hash_unknown};
 const token_record zero{"0", hash_unknown};
 const token_record multsign{"*", hash_unknown};

@@ -22,11 +22,10 @@ void free_quoly(quolynode **q);                       /* null is fine; *q := nul
 void free_poly(polynode **p);                         /* null is fine; *p := null */
 
 extern quolynode *quol_num_0, *quol_num_1; /* ready constants, valid in every number form; never to be freed */
-quolynode *small_constant(int i);          /* the shared constant i, 0 to 998; never to be freed */
 void make_quoly_constants();
 
 int quoly_is_zero(const quolynode *q);
-/* The value as a 32-bit integer, rounded or cut to the last word; q is a plain number. */
+/* The value of a plain number as a 32-bit integer: a float is rounded, a chain cut to its last 32 bits. */
 int32_t quoly_to_int(const quolynode *q);
 
 /* A quoly that gives its value back at the end of the frame unless it was released. */

@@ -8,7 +8,7 @@
      n < 0   opens a new command level inside the failing or interrupted computation, and returns.
    So callers go on with a harmless value behind every error(n, ...) with n other than 0.
 
-   Only error and the statement &q throw; only the driver (top/loop.cpp) catches. */
+   Only this module and the statement &q throw; only the driver (top/loop.cpp) catches. */
 #pragma once
 
 #include "top/records.h"
@@ -24,6 +24,9 @@ int error(int n, const token_record &symbol);
 
 /* The symbol of errors that have none. */
 extern const token_record blank;
+
+/* Back to the prompt at level 1 with no report: for a routine that has written a text of its own. Throws. */
+[[noreturn]] void abandon_statement();
 
 /* Reports and goes on. Numbers 0 to 5, 19, 22, 90 and 342 have texts of their own. */
 void warning(int n, const char *symbol);

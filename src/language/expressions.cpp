@@ -1,0 +1,195 @@
+/* Sums and products. The term and expression loops take operands by address and copy only what they must own. */
+#include "language/expressions.h"
+
+#include "language/char_sets.h"
+#include "language/names.h"
+#include "numbers/number.h"
+#include "top/interrupts.h"
+
+namespace tolvek {
+
+void own_value(place &at, quolynode **result) {
+    if (!*result) {
+        if (at.slot && *at.slot)
+            quoly_assign(*at.slot, result);
+        else
+            quoly_set(0, result);
+    }
+    at.slot = result;
+}
+
+void move_value(place &at, quolynode **result) {
+    if (!*result && at.slot && *at.slot && at.slot != result) {
+        quoly_handle one;
+        quoly_set(1, one.slot());
+        if (levelcount == 1) {
+            *result = *at.slot;
+            *at.slot = one.release();
+        } else { /* the value may be an operand of the interrupted computation */
+            quoly_assign(*at.slot, result);
+            store_value(at.slot, one.release());
+        }
+    }
+    own_value(at, result);
+}
+
+void require(const char *text, int n, stream *input, name **cursor) {
+    if (!token_is(token, text))
+        error(n, token);
+    else
+        scanner(input, token, cursor);
+}
+
+/* ---- products ---- */
+
+/* Does the token continue a product? The words "or" and "and" end it. */
+static bool continues_term() {
+    int c = first_char(token);
+    if (is_letter(c)) return !token_is(token, "or") && !token_is(token, "and");
+    return PSet_Test(term_set, c) && token.text[1] == 0;
+}
+
+struct product_sign {
+    int op;      /* '*', '/', '\\' or '|' */
+    bool no_gcd; /* "//": numerators without a common factor */
+};
+
+/* Reads the operator, which is "*" when factors stand side by side, and leaves the first token behind it. */
+static product_sign read_product_sign(stream *input, name **cursor) {
+    int c = first_char(token);
+    if (is_letter(c) || c == '(') return {'*', false};
+    scanner(input, token, cursor);
+    if (!token_is(token, "/")) return {c, false};
+    if (c != '/') error(339, token);
+    scanner(input, token, cursor);
+    return {c, c == '/'};
+}
+
+static void multiply_in_place(product_sign sign, quolynode **a, const quolynode *b) {
+    if (sign.op == '*')
+        fast_quoly_mult(a, b);
+    else if (sign.op == '/')
+        fast_quoly_quot(a, b, sign.no_gcd);
+    else
+        quoly_mod_or_div(*a, b, a, sign.op);
+}
+
+static void multiply_into(product_sign sign, const quolynode *a, const quolynode *b, quolynode **r) {
+    if (sign.op == '*')
+        quoly_mult(a, b, r);
+    else if (sign.op == '/')
+        quoly_quot(a, b, r, sign.no_gcd);
+    else
+        quoly_mod_or_div(a, b, r, sign.op);
+}
+
+/* The value at a place, or the constant 0. It is read anew after anything else was evaluated. */
+static const quolynode *value_at(const place &at) { return at.slot && *at.slot ? *at.slot : quol_num_0; }
+
+void term(stream *input, place &at, quolynode **result, name **cursor) {
+    fact(input, at, result, cursor, 0);
+    while (continues_term()) {
+        safe_point();
+        product_sign sign = read_product_sign(input, cursor);
+        if (!at.slot) own_value(at, result);
+        quoly_handle temporary;
+        place right;
+        fact(input, right, temporary.slot(), cursor, 0);
+        if (*result)
+            multiply_in_place(sign, result, value_at(right));
+        else
+            multiply_into(sign, value_at(at), value_at(right), result);
+        at = {};
+        at.slot = result;
+    }
+}
+
+void half_term(stream *input, quolynode **result, name **cursor) {
+    while (continues_term()) {
+        safe_point();
+        product_sign sign = read_product_sign(input, cursor);
+        quoly_handle right;
+        old_fact(input, right.slot(), cursor);
+        multiply_in_place(sign, result, right.get());
+    }
+}
+
+void old_term(stream *input, quolynode **result, name **cursor) {
+    old_fact(input, result, cursor);
+    half_term(input, result, cursor);
+}
+
+/* ---- sums ---- */
+
+static bool continues_sum() { return token_is(token, "+") || token_is(token, "-"); }
+
+void expre(stream *input, place &at, quolynode **result, name **cursor) {
+    term(input, at, result, cursor);
+    while (continues_sum()) {
+        safe_point();
+        bool minus = token_is(token, "-");
+        scanner(input, token, cursor);
+        own_value(at, result);
+        quoly_handle temporary;
+        place right;
+        term(input, right, temporary.slot(), cursor);
+        if (temporary) {
+            (minus ? best_quoly_sub : best_quoly_add)(result, temporary.release());
+        } else {
+            (minus ? better_quoly_sub : better_quoly_add)(*result, value_at(right), result);
+        }
+        at = {};
+        at.slot = result;
+    }
+    if (token_is(token, ":")) assignment(input, at, result, cursor);
+}
+
+static void rest_of_sum(stream *input, quolynode **result, name **cursor) {
+    while (continues_sum()) {
+        safe_point();
+        bool minus = token_is(token, "-");
+        scanner(input, token, cursor);
+        quoly_handle right;
+        old_term(input, right.slot(), cursor);
+        (minus ? best_quoly_sub : best_quoly_add)(result, right.release());
+    }
+}
+
+void old_expre(stream *input, quolynode **result, name **cursor) {
+    old_term(input, result, cursor);
+    rest_of_sum(input, result, cursor);
+}
+
+void half_expre(stream *input, quolynode **result, name **cursor) {
+    int c = first_char(token);
+    if (c == '!' || c == '#' || c == '^' || c == '"') half_fact(input, result, cursor);
+    half_term(input, result, cursor);
+    rest_of_sum(input, result, cursor);
+}
+
+/* ---- exponents ---- */
+
+static void copy_exponent(quoly_handle &exponent, number *out) {
+    if (!exponent->is_num) {
+        error(116, token);
+        quoly_set(1, exponent.slot());
+    }
+    num_assign(exponent->numb, out);
+}
+
+void get_exponent(stream *input, name **cursor, number *out, int mode) {
+    modular_pause pause;
+    scanner(input, token, cursor);
+    if (mode == 1) {
+        quoly_handle exponent;
+        old_fact(input, exponent.slot(), cursor);
+        copy_exponent(exponent, out);
+    } else {
+        chain_form exact; /* before the handle: a chain goes back only in its own ring */
+        quoly_handle exponent;
+        old_expre(input, exponent.slot(), cursor);
+        copy_exponent(exponent, out);
+    }
+}
+
+} // namespace tolvek

@@ -1,0 +1,293 @@
+/* Factors: one row of the table below for each way in which a factor begins, then the postfix operators. */
+#include "language/expressions.h"
+#include "language/names.h"
+#include "numbers/handles.h"
+#include "numbers/int_power.h"
+#include "top/driver.h"
+#include "top/interrupts.h"
+#include "top/parse.h"
+#include "top/stack_limit.h"
+
+#include <cmath>
+
+namespace tolvek {
+
+/* One factor on its way. Entered with its first token in `token`. */
+struct factor {
+    stream *input;
+    place &at;
+    quolynode **result;
+    name **cursor;
+    int keep_missing;
+
+    void read_on() { scanner(input, token, cursor); }
+    void give_zero() { quoly_set(0, result); }
+};
+
+/* ---- names ---- */
+
+/* Behind a name that is not defined: ":" creates it; anything else is an error. */
+static void missing_scalar(factor &f, token_record &variable_name) {
+    if (token_is(token, ":")) {
+        quoly_handle value;
+        quoly_set(0, value.slot());
+        f.at.slot = &insert_var(variable_name, value)->value;
+        return;
+    }
+    if (token_is(variable_name, "quit"))
+        say(" The quit command is &q.\n");
+    else
+        error(19, variable_name);
+    f.give_zero();
+}
+
+static void array_element(factor &f, const token_record &array_name) {
+    error(28, array_name); /* no array exists */
+    f.give_zero();
+}
+
+static void named_value(factor &f) {
+    token_record variable_name = token;
+    hash_of(variable_name, scalar_chains);
+    f.read_on();
+    if (token_is(token, "[")) return array_element(f, variable_name);
+    retrieve(variable_name, &f.at.slot, f.result, f.input, f.cursor);
+    if (!f.at.slot) missing_scalar(f, variable_name);
+}
+
+static void function_value(factor &f) { call_function(f.input, f.result, f.cursor); }
+
+static void number_value(factor &f) { read_number(f.input, f.result, f.cursor); }
+
+/* ---- brackets and prefix operators ---- */
+
+static void parenthesis(factor &f) {
+    f.read_on();
+    old_expre(f.input, f.result, f.cursor);
+    require(")", 1, f.input, f.cursor);
+}
+
+/* Reads the factor behind a prefix operator, and makes its value the result's own. */
+static void read_operand(factor &f) {
+    f.read_on();
+    fact(f.input, f.at, f.result, f.cursor, 0);
+    own_value(f.at, f.result);
+}
+
+static void negation(factor &f) {
+    read_operand(f);
+    quoly_inplace(*f.result);
+}
+
+static void greatest_integer(factor &f) {
+    read_operand(f);
+    quoly_great_int(f.result);
+}
+
+static void absolute_value(factor &f) {
+    read_operand(f);
+    bool closed = token_is(token, "|");
+    if (!closed) error(63, token);
+    quoly_abs(f.result);
+    if (closed) f.read_on();
+}
+
+/* ---- characters, dynamic arrays, float functions ---- */
+
+static void character_constant(factor &f) {
+    int line_end;
+    dumbscanner(f.input, token, f.cursor, &line_end);
+    quoly_set(first_char(token), f.result);
+    if (!line_end) dumbscanner(f.input, token, f.cursor, &line_end);
+    if (line_end || !token_is(token, "'")) error(109, token);
+    f.read_on();
+}
+
+static void dynamic_array_element(factor &f) {
+    f.read_on();
+    error(220, token); /* no slot is in use */
+    f.give_zero();
+}
+
+struct flote_function {
+    const char *name;
+    long double (*compute)(long double);
+};
+
+static const flote_function flote_functions[] = {
+    {"sqrt", std::sqrt}, {"sin", std::sin},   {"cos", std::cos}, {"ln", std::log},
+    {"e", std::exp},     {"atan", std::atan}, {"tan", std::tan}, {"asin", std::asin},
+};
+
+static void apply_flote_function(const token_record &function, number *x) {
+    for (const flote_function &row : flote_functions) {
+        if (!token_is(function, row.name)) continue;
+        x->flote_val = row.compute(x->flote_val);
+        return;
+    }
+    sayf("Warning. function %s is not defined.\n", function.text);
+}
+
+/* _sqrt(x) and its like; outside the float ring the token is left standing. */
+static void flote_function_value(factor &f) {
+    if (!flotemode) return;
+    f.read_on();
+    token_record function = token;
+    f.read_on();
+    require("(", 177, f.input, f.cursor);
+    old_expre(f.input, f.result, f.cursor);
+    require(")", 1, f.input, f.cursor);
+    if ((*f.result)->is_num)
+        apply_flote_function(function, (*f.result)->numb);
+    else
+        error(227, function);
+}
+
+/* ---- previous values and statements ---- */
+
+static void previous_value(factor &f) {
+    f.read_on();
+    if (token_is(token, "[")) {
+        error(175, token); /* the system array is empty */
+        f.give_zero();
+    } else if (token_is(token, "F")) {
+        error(*f.cursor ? 225 : 222, token);
+        f.give_zero();
+    } else if (prevnum) {
+        quoly_assign(prevnum, f.result); /* a copy: it can be no target */
+    } else {
+        f.give_zero();
+    }
+}
+
+static void statement_value(factor &f) {
+    parse(f.input, f.result, f.cursor);
+    if (!*f.result) f.give_zero();
+}
+
+static void no_factor(factor &f) {
+    error(2, token);
+    f.give_zero();
+}
+
+/* ---- the table ---- */
+
+using factor_reader = void (*)(factor &);
+
+struct factor_form {
+    const char *first_characters;
+    factor_reader read;
+};
+
+static const factor_form factor_forms[] = {
+    {"abcdefghijklmnopqrstuvwxyz", named_value},
+    {"0123456789.", number_value},
+    {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", function_value},
+    {"(", parenthesis},
+    {"-", negation},
+    {"$", greatest_integer},
+    {"|", absolute_value},
+    {"'", character_constant},
+    {"%", dynamic_array_element},
+    {"_", flote_function_value},
+    {"<", previous_value},
+    {"!&?@", statement_value},
+};
+
+static factor_reader reader_of(int c) {
+    for (const factor_form &form : factor_forms)
+        for (const char *p = form.first_characters; *p; p++)
+            if (static_cast<unsigned char>(*p) == c) return form.read;
+    return no_factor;
+}
+
+/* ---- postfix operators ---- */
+
+static void power(factor &f) {
+    number_handle exponent;
+    get_exponent(f.input, f.cursor, &exponent, 1);
+    own_value(f.at, f.result);
+    raise_to_power(f.result, &exponent);
+}
+
+static void factorial_of(factor &f) {
+    own_value(f.at, f.result);
+    bool is_number = (*f.result)->is_num;
+    if (!is_number) error(130, token);
+    f.read_on();
+    if (is_number) factorial((*f.result)->numb);
+}
+
+/* The value at an argument, which takes the place of the first variable: a number has none. */
+static void evaluation(factor &f, bool moving) {
+    f.read_on();
+    if (token_is(token, "[")) {
+        error(175, token); /* the system array is empty */
+        return;
+    }
+    (moving ? move_value : own_value)(f.at, f.result);
+    quoly_handle argument;
+    old_fact(f.input, argument.slot(), f.cursor);
+}
+
+static void read_postfix(factor &f, bool moving) {
+    int c = token.text[1] ? 0 : first_char(token);
+    if (c == '^')
+        power(f);
+    else if (c == '!')
+        factorial_of(f);
+    else if (c == '#')
+        evaluation(f, moving);
+    while (token_is(token, "\"")) {
+        (moving ? move_value : own_value)(f.at, f.result);
+        quoly_differen_once(f.result, 1);
+        f.read_on();
+    }
+}
+
+/* ---- the factor ---- */
+
+/* Reads "*" in front of a name; the value is then moved out of the variable. */
+static bool read_move_flag(stream *input, name **cursor) {
+    if (!token_is(token, "*")) return false;
+    scanner(input, token, cursor);
+    if (is_lower_letter(first_char(token))) return true;
+    error(337, token);
+    return false;
+}
+
+static void read_factor(factor &f, bool moving) {
+    check_stack();
+    safe_point();
+    free_quoly(f.result);
+    f.at = {};
+    reader_of(first_char(token))(f);
+    if (*f.result) f.at.slot = f.result;
+    read_postfix(f, moving);
+    if (*f.result) f.at.slot = f.result;
+}
+
+void fact(stream *input, place &at, quolynode **result, name **cursor, int keep_missing) {
+    factor f{input, at, result, cursor, keep_missing};
+    bool moving = read_move_flag(input, cursor);
+    read_factor(f, moving);
+    if (moving && !token_is(token, ":")) move_value(at, result);
+}
+
+void old_fact(stream *input, quolynode **result, name **cursor) {
+    place at;
+    factor f{input, at, result, cursor, 0};
+    bool moving = read_move_flag(input, cursor);
+    read_factor(f, moving);
+    if (moving && *result) tolvek_error("eatstorage and n <> nil in old_fact.", 1);
+    (moving ? move_value : own_value)(at, result);
+}
+
+void half_fact(stream *input, quolynode **result, name **cursor) {
+    place at;
+    at.slot = result;
+    factor f{input, at, result, cursor, 0};
+    read_postfix(f, false);
+}
+
+} // namespace tolvek

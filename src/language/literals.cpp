@@ -1,0 +1,107 @@
+/* Literals. The figures of a literal are gathered first and converted once, so that a float is the nearest one to
+   what was written and an exact number has any size. */
+#include "language/expressions.h"
+#include "numbers/handles.h"
+#include "numbers/number_decimal.h"
+#include "top/driver.h"
+#include "top/interrupts.h"
+
+#include <cstdlib>
+
+namespace tolvek {
+
+constexpr int overflow_warnings = 30; /* written by one statement */
+
+static void gather_figures(stream *input, name **cursor, buffer<char> &figures) {
+    while (is_digit(first_char(token))) {
+        if (figures.size() % 4096 == 0) safe_point();
+        figures.push(token.text[0]);
+        scanner(input, token, cursor);
+    }
+}
+
+/* The exponent of a float: e+ or e- and figures. A token "e" alone comes from no name: names end where figures do. */
+static void gather_exponent(stream *input, name **cursor, buffer<char> &text) {
+    if (!token_is(token, "e")) return;
+    scanner(input, token, cursor);
+    if (!token_is(token, "+") && !token_is(token, "-")) {
+        error(376, token);
+        return;
+    }
+    text.push('e');
+    text.push(token.text[0]);
+    scanner(input, token, cursor);
+    std::size_t before = text.size();
+    gather_figures(input, cursor, text);
+    if (text.size() == before) text.push('0');
+}
+
+static void overflow_warning() {
+    if (warn_cnt++ < overflow_warnings) say(" *** Warning. overflow while reading constant.\n");
+}
+
+/* The value of figures in lintmode: a residue in the modular ring, else 32 bits that wrap. */
+static int32_t word_from_figures(const buffer<char> &figures) {
+    uint64_t value = 0;
+    bool overflow = false;
+    for (char figure : figures) {
+        value = 10 * value + static_cast<uint64_t>(figure - '0');
+        if (modularmode) {
+            value %= static_cast<uint64_t>(modulus);
+        } else {
+            overflow |= value > INT32_MAX;
+            value &= UINT32_MAX;
+        }
+    }
+    if (overflow) overflow_warning();
+    return static_cast<int32_t>(static_cast<uint32_t>(value));
+}
+
+/* q := the integer that the figures write, in a ring without floats. */
+static void integer_from_figures(const buffer<char> &figures, quolynode **q) {
+    if (lintmode) {
+        quoly_set(word_from_figures(figures), q);
+        return;
+    }
+    number_handle value;
+    number_from_figures(figures.data(), figures.size(), &value);
+    scalar_to_quoly(&value, q);
+}
+
+static void flote_from_text(buffer<char> &text, quolynode **result) {
+    text.push(0);
+    quoly_set_flote(std::strtold(text.data(), nullptr), result);
+}
+
+/* figures / 10^decimals */
+static void exact_from_figures(const buffer<char> &figures, std::size_t decimals, quolynode **result) {
+    integer_from_figures(figures, result);
+    if (decimals == 0) return;
+    buffer<char> power;
+    power.push('1');
+    for (std::size_t i = 0; i < decimals; i++) power.push('0');
+    quoly_handle divisor;
+    integer_from_figures(power, divisor.slot());
+    fast_quoly_quot(result, divisor.get(), 0);
+}
+
+void read_number(stream *input, quolynode **result, name **cursor) {
+    buffer<char> text;
+    gather_figures(input, cursor, text);
+    std::size_t whole = text.size();
+    bool decimal_point = token_is(token, ".");
+    if (decimal_point) {
+        if (flotemode) text.push('.');
+        scanner(input, token, cursor);
+        gather_figures(input, cursor, text);
+    }
+    if (decimal_point && text.size() == (flotemode ? 1u : 0u)) error(2, token); /* no figure on either side */
+    if (flotemode) {
+        gather_exponent(input, cursor, text);
+        flote_from_text(text, result);
+    } else {
+        exact_from_figures(text, text.size() - whole, result);
+    }
+}
+
+} // namespace tolvek

@@ -1,0 +1,64 @@
+#include "language/rubout.h"
+
+#include "language/execution.h"
+#include "language/expressions.h"
+#include "language/names.h"
+
+namespace tolvek {
+
+static void delete_scalar(stream *input, name **cursor) {
+    if (!delete_variable(token)) error(19, token);
+    scanner(input, token, cursor);
+}
+
+/* [a] and [a*]: no array exists; [*] deletes them all. */
+static void delete_arrays(stream *input, name **cursor, bool older_ones) {
+    scanner(input, token, cursor);
+    if (token_is(token, "<"))
+        error(176, token);
+    else if (older_ones || !token_is(token, "*"))
+        error(28, token);
+    scanner(input, token, cursor);
+    require("]", 24, input, cursor);
+}
+
+/* What stands between < and >: the newest of the name is kept. */
+static void delete_older(stream *input, name **cursor) {
+    scanner(input, token, cursor);
+    if (token_is(token, "["))
+        delete_arrays(input, cursor, true);
+    else if (is_upper_letter(first_char(token)))
+        error(20, token);
+    else
+        error(208, token);
+    require(">", 128, input, cursor);
+}
+
+static void single_rubout(stream *input, name **cursor) {
+    if (is_lower_letter(first_char(token)))
+        delete_scalar(input, cursor);
+    else if (token_is(token, "["))
+        delete_arrays(input, cursor, false);
+    else if (is_upper_letter(first_char(token)))
+        error(20, token);
+    else if (token_is(token, "<"))
+        delete_older(input, cursor);
+    else
+        error(21, token);
+}
+
+void rubout(stream *input, name **cursor) {
+    if (cancelflag) error(170, token);
+    scanner(input, token, cursor);
+    if (!token_is(token, "(")) {
+        single_rubout(input, cursor);
+        return;
+    }
+    do {
+        scanner(input, token, cursor);
+        single_rubout(input, cursor);
+    } while (token_is(token, ","));
+    require(")", 95, input, cursor);
+}
+
+} // namespace tolvek

@@ -1,0 +1,142 @@
+/* Making, copying, freeing and reading quolys. */
+#include "numbers/handles.h"
+#include "numbers/number.h"
+#include "quoly/quoly.h"
+
+#include <cmath>
+
+namespace tolvek {
+
+quolynode *quol_num_0 = nullptr, *quol_num_1 = nullptr;
+
+static void mark_plain_number(quolynode *q) {
+    q->is_num = 1;
+    q->is_rat = q->array_mark = 0;
+    q->den = nullptr;
+}
+
+/* A node whose record is there before anything can fail leaves no half-made value behind. */
+static quolynode *new_plain_number() {
+    number *x = newimag();
+    quolynode *q = newquoly();
+    mark_plain_number(q);
+    q->numb = x;
+    return q;
+}
+
+void init_quoly_node(quolynode *q) {
+    q->numb = newimag();
+    mark_plain_number(q);
+}
+
+/* *q as a plain number whose record may be overwritten. */
+static number *plain_number(quolynode **q) {
+    if (!*q || !(*q)->is_num) {
+        quolynode *fresh = new_plain_number();
+        free_quoly(q);
+        *q = fresh;
+    }
+    (*q)->array_mark = 0;
+    return (*q)->numb;
+}
+
+void quoly_set(int32_t value, quolynode **q) { setvalue(value, plain_number(q)); }
+void quoly_set_int64(int64_t value, quolynode **q) { set_int64(value, plain_number(q)); }
+void quoly_set_flote(long double value, quolynode **q) { plain_number(q)->flote_val = value; }
+
+void scalar_to_quoly(number *x, quolynode **q) {
+    number *to = plain_number(q);
+    free_num(to);
+    to->num_head = x->num_head;
+    to->num_tail = x->num_tail;
+    to->num_len = x->num_len;
+    to->lint_val = x->lint_val;
+    to->flote_val = x->flote_val;
+    x->num_head = x->num_tail = nullptr;
+    x->num_len = 0;
+}
+
+/* A copy of a polynomial that is a lone number. */
+static polynode *copy_constant(const polynode *p) {
+    if (!p) return nullptr;
+    polynode *copy = newpoly();
+    copy->expo = 0;
+    copy->is_number = 1;
+    copy->next = nullptr;
+    copy->num = newimag();
+    num_assign(p->num, copy->num);
+    return copy;
+}
+
+void quoly_assign(const quolynode *q, quolynode **r) {
+    if (q == *r) return;
+    if (q->is_num) {
+        int32_t mark = q->array_mark;
+        num_assign(q->numb, plain_number(r));
+        (*r)->array_mark = mark;
+        return;
+    }
+    quolynode *copy = newquoly();
+    copy->is_num = copy->array_mark = 0;
+    copy->is_rat = lintmode ? 0 : q->is_rat;
+    copy->num = copy_constant(q->num);
+    copy->den = copy_constant(q->den);
+    free_quoly(r);
+    *r = copy;
+}
+
+void free_poly(polynode **p) {
+    polynode *rest = *p;
+    *p = nullptr;
+    while (polynode *term = rest) {
+        rest = term->next;
+        if (term->is_number)
+            free_imag(&term->num);
+        else
+            free_poly(&term->poly);
+        push_poly(term);
+    }
+}
+
+void free_quoly(quolynode **q) {
+    quolynode *old = *q;
+    *q = nullptr;
+    if (!old) return;
+    if (old->is_num) {
+        free_imag(&old->numb);
+    } else {
+        free_poly(&old->num);
+        free_poly(&old->den);
+    }
+    push_quoly(old);
+}
+
+static quolynode *ready_constant(int32_t value) {
+    quolynode *q = new_plain_number();
+    special_set(value, q->numb);
+    q->numb->lint_val = value;
+    q->numb->flote_val = value;
+    return q;
+}
+
+void make_quoly_constants() {
+    if (quol_num_0) return;
+    quol_num_0 = ready_constant(0);
+    quol_num_1 = ready_constant(1);
+}
+
+int quoly_is_zero(const quolynode *q) { return q->is_num && num_sign(q->numb) == 0; }
+
+int32_t quoly_to_int(const quolynode *q) {
+    const number *x = q->numb;
+    if (flotemode) {
+        if (!(std::fabs(x->flote_val) < 9.0e18L)) return 0;
+        return static_cast<int32_t>(std::llround(x->flote_val));
+    }
+    if (lintmode) return x->lint_val;
+    uint32_t value = 0;
+    for (const numnode *d = x->num_head; d; d = d->next) value = (value << digit_bits) + static_cast<uint32_t>(d->digit);
+    return static_cast<int32_t>(value);
+}
+
+} // namespace tolvek
