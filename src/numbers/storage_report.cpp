@@ -3,6 +3,8 @@
 #include "numbers/stash.h"
 #include "top/driver.h"
 
+#include <initializer_list>
+
 namespace tolvek {
 
 uint64_t memavail() {

@@ -87,10 +87,12 @@ void run_statement(stream *input, quolynode **result) {
     stop_clock();
     safe_point();
     if (!*result) quoly_set(0, result);
-    if (ends_statement(token)) return;
-    error(129, token);
-    while (!at_line_end(*input)) take_char(*input);
-    set_token(token, ";");
+    if (!ends_statement(token)) {
+        error(129, token);
+        while (!at_line_end(*input)) take_char(*input);
+        set_token(token, ";");
+    }
+    recent_tokens.clear();
 }
 
 /* ---- ?x ---- */

@@ -8,6 +8,7 @@
 #include "top/tolvek.h"
 
 #include <cstring>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace tolvek {
