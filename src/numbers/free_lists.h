@@ -3,6 +3,7 @@
    line says otherwise. Nothing here raises an error of its own; a heap that refuses is mem_error's matter. */
 #pragma once
 
+#include "numbers/poison.h"
 #include "top/records.h"
 
 #include <cstddef>
@@ -17,24 +18,82 @@ extern colm *colm_garb;
 extern name *name_garb;
 extern variable *var_garb;
 
-numnode *newdigit();
-number *newimag();      /* num_len 0, num_link null */
-polynode *newpoly();
-quolynode *newquoly();
-colm *newcolm();
-name *newname();        /* next null, blank_after off */
+/* ---- the pops and pushes themselves, in line: a list that is not empty costs no call ---- */
+
+template <auto link, class T> inline T *pop_record(T *&head) {
+    T *record = head;
+    if (!record) [[unlikely]]
+        return nullptr;
+    unpoison(record, sizeof(T));
+    head = record->*link;
+    return record;
+}
+
+template <auto link, class T> inline void push_record(T *&head, T *record) {
+    record->*link = head;
+    head = record;
+    poison(record, sizeof(T));
+}
+
+/* The rare path: one more record when its list is empty. */
+numnode *more_digits();
+number *more_numbers();
+polynode *more_polynodes();
+quolynode *more_quolynodes();
+colm *more_colms();
+name *more_names();
+
+inline numnode *newdigit() {
+    numnode *d = pop_record<&numnode::next>(numhead);
+    return d ? d : more_digits();
+}
+inline polynode *newpoly() {
+    polynode *p = pop_record<&polynode::next>(polygarb);
+    return p ? p : more_polynodes();
+}
+inline quolynode *newquoly() {
+    quolynode *q = pop_record<&quolynode::link>(quolygarb);
+    return q ? q : more_quolynodes();
+}
+inline colm *newcolm() {
+    colm *c = pop_record<&colm::next>(colm_garb);
+    return c ? c : more_colms();
+}
+inline number *newimag() { /* num_len 0, num_link null */
+    number *x = pop_record<&number::num_link>(imhead);
+    if (!x) x = more_numbers();
+    x->num_link = nullptr;
+    x->num_len = 0;
+    return x;
+}
+inline name *newname() { /* next null, blank_after off */
+    name *n = pop_record<&name::next>(name_garb);
+    if (!n) n = more_names();
+    n->next = nullptr;
+    n->blank_after = false;
+    return n;
+}
 variable *newvariable();
 
 /* Pushes. A null pointer is not accepted. The values that a record points to are the caller's matter. */
-void push_digit(numnode *d);
-void push_imag(number *x);
-void push_poly(polynode *p);
-void push_quoly(quolynode *q);
-void push_colm(colm *c);
-void push_variable(variable *v);
+inline void push_digit(numnode *d) { push_record<&numnode::next>(numhead, d); }
+inline void push_imag(number *x) { push_record<&number::num_link>(imhead, x); }
+inline void push_poly(polynode *p) { push_record<&polynode::next>(polygarb, p); }
+inline void push_quoly(quolynode *q) { push_record<&quolynode::link>(quolygarb, q); }
+inline void push_colm(colm *c) { push_record<&colm::next>(colm_garb, c); }
+inline void push_variable(variable *v) { push_record<&variable::next>(var_garb, v); }
 
 /* Pushes the chain from head to tail by one splice. */
-void push_digits(numnode *head, numnode *tail);
+inline void push_digits(numnode *head, numnode *tail) {
+    tail->next = numhead;
+    if constexpr (TOLVEK_POISONING) {
+        for (numnode *d = head, *next; d != numhead; d = next) {
+            next = d->next;
+            poison(d, sizeof(numnode));
+        }
+    }
+    numhead = head;
+}
 
 /* Gives a list of name records back; null is fine. */
 void freename(name *list);

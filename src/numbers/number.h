@@ -22,9 +22,10 @@ constexpr int32_t decimal_radix = 100000000; /* of a decimal-form number: 8 figu
 
 /* Constants, valid in all three forms. */
 extern number number_0, number_1, number_2, number_m1, number_10, num_2_14, rand_denom_n, tens_base, two_tensbase;
-extern number disp_cons;      /* tens_base to the power of disp_size, a chain in every ring */
+extern number disp_cons;       /* tens_base to the power of disp_size, a chain in every ring */
 extern const int32_t ones[32]; /* ones[i] = 2^i - 1 */
 void set_number_constants();
+void make_disp_cons(); /* disp_cons from disp_size */
 
 /* 0, or the number of the first rule of the chain form that x breaks (1 length, 2 tail, 3 head, 4 digit range,
    5 sign). */
@@ -32,17 +33,17 @@ int chain_rule_broken(const number *x, int32_t radix = digit_radix);
 
 /* ---- setting, copying, freeing ---- */
 
-void setvalue(int32_t v, number *x);      /* x := v. -2^31 is not a legal v in the chain form */
-void special_set(int32_t v, number *x);   /* chain: one node holding v, |v| < 2^28 */
-void set_int64(int64_t v, number *x);     /* x := v in the form in force (lintmode: v must fit) */
+void setvalue(int32_t v, number *x);    /* x := v. -2^31 is not a legal v in the chain form */
+void special_set(int32_t v, number *x); /* chain: one node holding v, |v| < 2^28 */
+void set_int64(int64_t v, number *x);   /* x := v in the form in force (lintmode: v must fit) */
 void num_assign(const number *src, number *dst);
-void spec_num_assign(const number *src, number *dst);               /* chain */
-void fast_assign(const numnode *chain, int len, number *dst);       /* chain; the first len nodes */
+void spec_num_assign(const number *src, number *dst);         /* chain */
+void fast_assign(const numnode *chain, int len, number *dst); /* chain; the first len nodes */
 void fast_num_assign(const numnode *chain, int len, number *dst);
 void faster_num_assign(const numnode *chain, int len, number **out); /* a new record; null for a head digit 0 */
-void free_num(number *x);      /* the chain goes back, unless lintmode is on or there is none; num_len stays */
-void special_free(number *x);  /* the chain goes back in every ring; num_len := 0 */
-void free_imag(number **p);    /* the chain as free_num, the record to imhead, *p := null */
+void free_num(number *x);     /* the chain goes back, unless lintmode is on or there is none; num_len stays */
+void special_free(number *x); /* the chain goes back in every ring; num_len := 0 */
+void free_imag(number **p);   /* the chain as free_num, the record to imhead, *p := null */
 
 /* ---- sign ---- */
 
@@ -52,14 +53,15 @@ void abs_val_num(const number *src, number *dst); /* chain only */
 
 /* ---- sums ---- */
 
-void sub(const number *a, const number *b, number *dst); /* ring-aware difference */
+void sub(const number *a, const number *b, number *dst);     /* ring-aware difference */
 void num_add(const number *a, const number *b, number *dst); /* ring-aware sum */
-void fastsum(number *a, const number *b);  /* chain: a := a + b in place */
-void fastdiff(number *a, const number *b); /* chain: a := a - b in place */
+void fastsum(number *a, const number *b);                    /* chain: a := a + b in place */
+void fastdiff(number *a, const number *b);                   /* chain: a := a - b in place */
 void medsum(int len_a, int len_b, const numnode *chain_a, const numnode *chain_b, number *dst);  /* chain */
 void meddiff(int len_a, int len_b, const numnode *chain_a, const numnode *chain_b, number *dst); /* chain */
-void summ(const number *a, const number *b, number *dst, int32_t radix);                         /* chain */
-void diff(const numnode *chain_a, int len_a, const number *b, number *dst, int32_t radix);       /* chain */
+/* The same for a radix of digit_radix or decimal_radix. */
+void summ(const number *a, const number *b, number *dst, int32_t radix);                   /* chain */
+void diff(const numnode *chain_a, int len_a, const number *b, number *dst, int32_t radix); /* chain */
 
 /* ---- shifts: non-negative chains, in place ---- */
 
@@ -72,12 +74,12 @@ void fillout(number *x, int k);         /* x := x * 2^(28k); 0 stays one node */
 
 /* ---- comparison: 0 or 1 ---- */
 
-int bigger(const number *a, const number *b); /* a > b */
-int pos_bigger(const number *a, const number *b); /* chain, both non-negative */
+int bigger(const number *a, const number *b);                                          /* a > b */
+int pos_bigger(const number *a, const number *b);                                      /* chain, both non-negative */
 int fast_bigger(const numnode *chain_a, const numnode *chain_b, int len_a, int len_b); /* len_a not below len_b */
 int equal(const number *a, const number *b);
-int spec_equal(const number *a, const number *b); /* chain */
-int negtive(const number *a, const number *b);    /* a = -b */
+int spec_equal(const number *a, const number *b);                     /* chain */
+int negtive(const number *a, const number *b);                        /* a = -b */
 int equal_which(const number *a, const number *b, int *first_bigger); /* chain, both non-negative */
 int equal_to_pm1(const number *x, int *is_minus_one);
 int int_abs_bigger(const number *a, const number *b, int tie); /* chain: |a| > |b|; `tie` when equal */

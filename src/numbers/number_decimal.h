@@ -18,6 +18,9 @@ void make_base_10(const number *x, number *dst); /* chain, of modest length */
 /* The same by divide and conquer over the first len nodes from head to tail. */
 void verybig_base_10(const numnode *head, const numnode *tail, int len, number *dst);
 
+/* 2^(28(i+1)) in decimal form, 0 <= i <= 129; computed when first asked for. */
+const number *two_28_entry(int i);
+
 /* x := the value of `count` decimal figures ('0' to '9'), as a non-negative chain, whatever the ring. */
 void number_from_figures(const char *figures, std::size_t count, number *x);
 

@@ -13,7 +13,7 @@ struct stash_record {
     stash_record *prev_stash; /* ring of all stashes, primal_stash among them */
     stash_record *next_stash;
     const char *stash_name;
-    uint32_t slug_size;  /* bytes, rounded up to a multiple of 16 */
+    uint32_t slug_size; /* bytes, rounded up to a multiple of 16 */
     uint32_t num_blocks;
     uint32_t num_slugs;  /* slugs carved so far */
     uint32_t slugs_used; /* slugs handed out and not given back through free_slug */

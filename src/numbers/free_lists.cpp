@@ -1,0 +1,103 @@
+#include "numbers/free_lists.h"
+
+#include "numbers/stash.h"
+#include "top/heap.h"
+
+namespace tolvek {
+
+numnode *numhead;
+number *imhead;
+polynode *polygarb;
+quolynode *quolygarb;
+colm *colm_garb;
+name *name_garb;
+variable *var_garb;
+
+constexpr int preloaded_nodes = 5001;
+
+/* ---- records from the heap: a batch at a time, the batches linked so that none is ever out of reach ---- */
+
+struct batch_header {
+    batch_header *link;
+    uint64_t unused;
+};
+static batch_header *batches;
+
+/* Puts `count` fresh records on the list; they count as made. */
+template <auto link, class T> static void batch_to_list(T *&head, long &made, int count) {
+    std::size_t bytes = sizeof(batch_header) + static_cast<std::size_t>(count) * sizeof(T);
+    batch_header *batch = static_cast<batch_header *>(heap_request(bytes));
+    batch->link = batches;
+    batches = batch;
+    T *record = reinterpret_cast<T *>(batch + 1);
+    for (int i = 0; i < count; i++) push_record<link>(head, record + i);
+    made += count;
+}
+
+constexpr int records_a_batch = 64;
+static long numbers_made, names_made, variables_made, heap_polynodes_made;
+
+number *more_numbers() {
+    batch_to_list<&number::num_link>(imhead, numbers_made, records_a_batch);
+    return pop_record<&number::num_link>(imhead);
+}
+
+name *more_names() {
+    batch_to_list<&name::next>(name_garb, names_made, records_a_batch);
+    return pop_record<&name::next>(name_garb);
+}
+
+variable *newvariable() {
+    if (!var_garb) batch_to_list<&variable::next>(var_garb, variables_made, records_a_batch);
+    return pop_record<&variable::next>(var_garb);
+}
+
+/* ---- records from the stashes ---- */
+
+numnode *more_digits() { return static_cast<numnode *>(get_slug(numstash)); }
+polynode *more_polynodes() { return static_cast<polynode *>(get_slug(polystash)); }
+quolynode *more_quolynodes() { return static_cast<quolynode *>(get_slug(quolystash)); }
+colm *more_colms() { return static_cast<colm *>(get_slug(colmstash)); }
+
+void freename(name *list) {
+    while (list) {
+        name *next = list->next;
+        push_record<&name::next>(name_garb, list);
+        list = next;
+    }
+}
+
+void preload_free_lists() {
+    for (int i = 0; i < preloaded_nodes; i++) push_digit(more_digits());
+    batch_to_list<&polynode::next>(polygarb, heap_polynodes_made, preloaded_nodes);
+}
+
+/* ---- counting ---- */
+
+/* Reads the links of poisoned records. */
+#if TOLVEK_POISONING
+__attribute__((no_sanitize("address")))
+#endif
+static long
+list_length(const void *head, std::size_t link_at) {
+    long count = 0;
+    for (const char *record = static_cast<const char *>(head); record; count++)
+        record = *reinterpret_cast<char *const *>(record + link_at);
+    return count;
+}
+
+static long used(const stash_record *s) { return s ? static_cast<long>(s->slugs_used) : 0; }
+
+records_in_use count_records_in_use() {
+    records_in_use now;
+    now.digits = used(numstash) - list_length(numhead, offsetof(numnode, next));
+    now.numbers = numbers_made - list_length(imhead, offsetof(number, num_link));
+    now.polynodes = used(polystash) + heap_polynodes_made - list_length(polygarb, offsetof(polynode, next));
+    now.quolynodes = used(quolystash) - list_length(quolygarb, offsetof(quolynode, link));
+    now.colms = used(colmstash) - list_length(colm_garb, offsetof(colm, next));
+    now.names = names_made - list_length(name_garb, offsetof(name, next));
+    now.variables = variables_made - list_length(var_garb, offsetof(variable, next));
+    return now;
+}
+
+} // namespace tolvek

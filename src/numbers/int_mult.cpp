@@ -1,0 +1,187 @@
+/* Products of chains, in radix 2^28 and in radix 10^8: by one digit, schoolbook, and in halves by Karatsuba's method
+   (A. Karatsuba and Yu. Ofman, 1962). One template serves both radices. */
+#include "numbers/int_mult.h"
+
+#include "numbers/handles.h"
+#include "numbers/number_work.h"
+#include "numbers/poured.h"
+#include "top/interrupts.h"
+
+namespace tolvek {
+
+int multcut = 16;
+constexpr int base_10_multcut = 10; /* the same for decimal form */
+
+/* Digits of a product from which one of its steps takes long enough to pass a safe point. */
+constexpr int safe_point_length = 1000;
+
+static int32_t magnitude(int32_t digit) { return digit < 0 ? -digit : digit; }
+
+/* dst := chain * digit, from the head down. The product of a digit has a high and a low part; the low part meets the
+   high part of the next one. A carry goes to the digit above at once, and what that pushes out of range is repaired
+   at the end, as in sums. */
+template <class radix_type>
+static void digit_product(const numnode *a, int len, int32_t digit, number *dst, numnode **penultimate,
+                          radix_type radix) {
+    *penultimate = nullptr;
+    if (digit == 0 || a->digit == 0) {
+        set_one_digit(0, dst);
+        return;
+    }
+    const int32_t sign = (a->digit ^ digit) < 0 ? -1 : 1;
+    const int64_t factor = magnitude(digit);
+    growing_chain product;
+    numnode *last_outside = nullptr, *before_last = nullptr;
+    int32_t above = 0, low = 0;
+    for (; len > 0; len--, a = a->next) {
+        const int64_t p = magnitude(a->digit) * factor;
+        int32_t u = low + static_cast<int32_t>(p / radix.value);
+        low = static_cast<int32_t>(p % radix.value);
+        above += radix.carry_of(u);
+        if (radix.outside(above)) [[unlikely]]
+            last_outside = product.last;
+        product.last->digit = sign * above;
+        above = u;
+        product.append(0);
+    }
+    product.last->digit = sign * above;
+    before_last = product.last;
+    product.append(sign * low);
+
+    if (last_outside) repair_chain(&product.top, last_outside, sign, 1, radix);
+    product.trim();
+    if (product.len > 1) *penultimate = product.len == 2 ? product.top.next : before_last;
+    product.give_to(dst);
+}
+
+/* dst := a * b by the schoolbook method on flat digits. Column sums of 64 bits take many products before their
+   carries have to run. */
+template <class radix_type>
+static void schoolbook(const numnode *a, int len_a, const numnode *b, int len_b, number *dst, radix_type radix) {
+    if (len_a < len_b) {
+        std::swap(a, b);
+        std::swap(len_a, len_b);
+    }
+    if (len_b == 1) {
+        numnode *penultimate;
+        digit_product(a, len_a, b->digit, dst, &penultimate, radix);
+        return;
+    }
+    constexpr uint64_t largest = uint64_t{radix_type::value - 1} * (radix_type::value - 1);
+    constexpr int rows_between_carries = static_cast<int>((UINT64_MAX - 2 * uint64_t{radix_type::value}) / largest) - 1;
+
+    const int32_t sign = (a->digit ^ b->digit) < 0 ? -1 : 1;
+    const poured_digits x(a, len_a), y(b, len_b);
+    flat_array<uint64_t, 2 * poured_digits::usual_length> column(static_cast<std::size_t>(len_a) + len_b);
+    for (std::size_t i = 0; i < column.size; i++) column[i] = 0;
+    for (int j = 0, rows = 0; j < len_b; j++) {
+        const uint64_t factor = y[j];
+        if (!factor) continue;
+        uint64_t *sum = column.data + j;
+        for (int i = 0; i < len_a; i++) sum[i] += factor * x[i];
+        if (++rows == rows_between_carries) {
+            run_carries(column.data, column.size, radix_type::value);
+            rows = 0;
+        }
+        if (len_a >= safe_point_length) safe_point();
+    }
+    run_carries(column.data, column.size, radix_type::value);
+    chain_from_flat(column.data, column.size, sign, dst);
+}
+
+/* A part of a chain, without leading zeros. */
+struct chain_part {
+    const numnode *head;
+    int len;
+};
+
+static chain_part low_part(const numnode *chain, int len, int kept) {
+    for (; len > kept; len--) chain = chain->next;
+    for (; len > 1 && chain->digit == 0; len--) chain = chain->next;
+    return {chain, len};
+}
+
+/* dst := a * b in three products of half the length. The operands are only read, by head and length. */
+template <class radix_type>
+static void product_of(const numnode *a, int len_a, const numnode *b, int len_b, number *dst, int cut,
+                       radix_type radix) {
+    if (len_a <= cut || len_b <= cut || len_a >= 2 * len_b || len_b >= 2 * len_a) {
+        schoolbook(a, len_a, b, len_b, dst, radix);
+        return;
+    }
+    if (len_a >= safe_point_length) safe_point();
+    const int half = maxx(len_a, len_b) / 2;
+    const chain_part high_a{a, len_a - half}, high_b{b, len_b - half};
+    const chain_part low_a = low_part(a, len_a, half), low_b = low_part(b, len_b, half);
+
+    number_handle high, middle, low;
+    product_of(high_a.head, high_a.len, high_b.head, high_b.len, &high, cut, radix);
+    product_of(low_a.head, low_a.len, low_b.head, low_b.len, &low, cut, radix);
+    {
+        number_handle sum_a, sum_b;
+        add_new(high_a.head, high_a.len, low_a.head, low_a.len, &sum_a, radix);
+        add_new(high_b.head, high_b.len, low_b.head, low_b.len, &sum_b, radix);
+        product_of(sum_a.num_head, sum_a.num_len, sum_b.num_head, sum_b.num_len, &middle, cut, radix);
+    }
+    add_in_place(&middle, &high, -1, radix);
+    add_in_place(&middle, &low, -1, radix);
+
+    fillout(&high, 2 * half);
+    fillout(&middle, half);
+    add_in_place(&low, &middle, 1, radix);
+    add_in_place(&low, &high, 1, radix);
+    take_chain(&low, dst);
+}
+
+/* ---- by their names ---- */
+
+void simp_mult(const number *a, number *dst, int32_t digit, numnode **penultimate) {
+    digit_product(a->num_head, a->num_len, digit, dst, penultimate, binary_radix{});
+}
+
+void multiply(const number *a, const number *b, number *dst) {
+    schoolbook(a->num_head, a->num_len, b->num_head, b->num_len, dst, binary_radix{});
+}
+
+void fast_mult(const number *a, const number *b, number *dst) {
+    if (a->num_len == 1 && b->num_len == 1)
+        special_set_2(a->num_head->digit, b->num_head->digit, dst);
+    else
+        product_of(a->num_head, a->num_len, b->num_head, b->num_len, dst, maxx(multcut, 1), binary_radix{});
+}
+
+void simp_base_10_mult(const number *a, number *dst, int32_t digit, numnode **penultimate) {
+    digit_product(a->num_head, a->num_len, digit, dst, penultimate, decimal_form{});
+}
+
+void base_10_multiply(const number *a, const number *b, number *dst) {
+    schoolbook(a->num_head, a->num_len, b->num_head, b->num_len, dst, decimal_form{});
+}
+
+void base_10_fast_mult(const number *a, const number *b, number *dst) {
+    product_of(a->num_head, a->num_len, b->num_head, b->num_len, dst, base_10_multcut, decimal_form{});
+}
+
+/* ---- products of 32-bit integers ---- */
+
+static int64_t product(int32_t a, int32_t b) { return int64_t{a} * b; }
+
+void special_set_2(int32_t a, int32_t b, number *x) { set_chain(product(a, b), x); }
+
+int is_product_of(const number *x, int32_t a, int32_t b) {
+    number_handle p;
+    special_set_2(a, b, &p);
+    return spec_equal(x, &p);
+}
+
+int oversize(int32_t a, int32_t b) {
+    constexpr int64_t most_cells = 1000000;
+    return product(a, b) > most_cells || product(a, b) <= -digit_radix;
+}
+
+int sparse_oversize(int32_t a, int32_t b) {
+    constexpr int64_t least_too_large = int64_t{1} << 31;
+    return product(a, b) >= least_too_large || product(a, b) <= -(int64_t{1} << 2 * digit_bits);
+}
+
+} // namespace tolvek
