@@ -81,7 +81,6 @@ static void report_tokens(const failure &f) {
     if (f.number <= 0 || !tt_flag || recent_tokens.count == 0) return;
     say("*** Error occurred at this point:\n");
     recent_tokens.write();
-    say("\n");
     if (statcount > 0) say("\n");
 }
 
@@ -92,16 +91,13 @@ struct frame_writer {
     char remembered[token_bytes] = "";
     int repeats = 0;
     int written = 0;
-    bool line_begun = true;
 
     void end_run() {
         if (repeats < 10) return;
         sayf(" ... %d more with this name. \n", repeats - 9);
-        line_begun = false;
     }
     void write_name(const char *text) {
         sayf("%s ", text);
-        line_begun = true;
         if (++written % 20 == 0) say("\n ");
     }
     void add(const char *text) {
@@ -123,7 +119,6 @@ static void report_functions() {
     for (int i = statcount - 1; i >= std::max(0, statcount - frames_reported); i--)
         writer.add(running_function(i)->tok.text);
     writer.end_run();
-    if (writer.line_begun) say("\n");
 }
 
 /* ---- the stored statement being evaluated ---- */

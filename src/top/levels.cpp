@@ -86,6 +86,8 @@ void open_level(const failure &f) {
     tripval = 20;
     doing_sys_func = func_def_count = 0;
     tt_flag = 1;
+    zilch = nullptr;
+    fresh_line(&standard_output);
     flush(Output);
     nested_loop();
     count_level_down();

@@ -126,8 +126,10 @@ void start_system(home_ring home, const char *directory) {
     note_memory_figure();
     enter_home_ring(home);
     try {
+        time_row began = mytime[time_level];
         load_startup(directory);
         totalavailablememory = 4 * initial_memory;
+        mytime[time_level] = began; /* the file's statements have used the row */
         stop_clock();
         if (timerflag) {
             say("\n");

@@ -144,6 +144,11 @@ void flush(text_out *out) {
 void put_char(text_out *out, int c) {
     if (out->used == sizeof out->block) flush(out);
     out->block[out->used++] = static_cast<char>(c);
+    out->line_begun = c != '\n';
+}
+
+void fresh_line(text_out *out) {
+    if (out->line_begun) put_char(out, '\n');
 }
 
 void put_bytes(text_out *out, const char *bytes, std::size_t count) {

@@ -57,7 +57,8 @@ struct text_out {
 
     int fd;
     int used = 0;
-    bool failed = false; /* a write was refused: text is dropped from here on */
+    bool failed = false;     /* a write was refused: text is dropped from here on */
+    bool line_begun = false; /* the last character was no newline */
     char block[8192];
 };
 
@@ -68,6 +69,7 @@ void put_char(text_out *out, int c);
 void put_text(text_out *out, const char *text);
 void put_bytes(text_out *out, const char *bytes, std::size_t count);
 [[gnu::format(printf, 2, 3)]] void put_format(text_out *out, const char *format, ...);
+void fresh_line(text_out *out); /* a newline, unless the line is empty */
 void flush(text_out *out);
 
 /* The same on standard output. */
