@@ -38,6 +38,21 @@ struct polynode {
     };
 };
 
+/* One polynomial variable. Free list: pt_garb. */
+struct pt {
+    char pt_name[12];
+    int32_t pt_hash;       /* -1: none computed */
+    int32_t pt_level;      /* place in polynames, from 1; renumbered whenever the list changes */
+    int32_t pt_cutoff;     /* the cut-off of Karatsuba products under a relation on this variable */
+    int32_t pt_mod_degree; /* degree of the relation on this variable */
+    int32_t pt_aux;        /* -1 at first */
+    uint32_t pt_mod_flags;
+    polynode *pt_mod_poly, *pt_mod_poly2, *pt_mod_poly3, *pt_mod_poly4; /* the relation, owned by the record */
+    int32_t pt_num_count;  /* length of pt_nums */
+    number *pt_nums;       /* linked by num_link, owned by the record */
+    pt *pt_next;           /* the next variable in level order; also the free list's link */
+};
+
 /* The one general scalar value: a plain number, a polynomial, a rational number, or a quotient of
    polynomials, always reduced. Free list: quolygarb. */
 struct quolynode {
