@@ -150,7 +150,9 @@ static bool check_pow228() {
     return true;
 }
 
+/* The text is read before a table is begun: an interrupt, which may throw, then finds none half built. */
 static void build_binom_table() {
+    fetch_whole(pow228);
     binom_table.make(binom_count);
     number *x = binom_table.entries.begin();
     pow228.at = binomials_at;
@@ -257,12 +259,14 @@ static void warn_of_products() {
 
 /* The last product is seen from the end of the file; what lies before it waits until it is asked for. */
 static void check_last_product() {
+    constexpr std::size_t bytes = (last_product_digits + 2) * 10; /* a digit and its blank have at most 10 */
     int64_t digits = 0;
-    if (!integer_from_end(pprods, last_product_digits + 1, &digits) || digits != last_product_digits)
+    if (!integer_from_end(pprods, last_product_digits + 1, bytes, &digits) || digits != last_product_digits)
         warn_of_products();
 }
 
 static void build_num_prod_table() {
+    fetch_whole(pprods);
     num_prod_table.make(num_prod_count);
     for (number &product : num_prod_table.entries) {
         read_number(pprods, &product);

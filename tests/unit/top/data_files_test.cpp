@@ -71,7 +71,7 @@ TEST_F(data_file_test, a_sign_alone_is_no_integer) {
 }
 
 TEST_F(data_file_test, integers_of_any_length_do_not_overflow) {
-    hold("9223372036854775800 " + std::string(400, '9') + " 7");
+    hold(std::string("9223372036854775800 ").append(400, '9').append(" 7"));
     EXPECT_GT(next(), int64_t{1} << 59);
     EXPECT_GT(next(), int64_t{1} << 59);
     EXPECT_EQ(next(), 7);
@@ -100,12 +100,34 @@ TEST_F(data_file_test, tokens_are_skipped_and_counted) {
 TEST_F(data_file_test, integers_are_found_from_the_end) {
     hold("1 22 -333 ");
     int64_t value = 0;
-    EXPECT_TRUE(integer_from_end(file, 1, &value));
+    EXPECT_TRUE(integer_from_end(file, 1, 100, &value));
     EXPECT_EQ(value, -333);
-    EXPECT_TRUE(integer_from_end(file, 3, &value));
+    EXPECT_TRUE(integer_from_end(file, 3, 100, &value));
     EXPECT_EQ(value, 1);
-    EXPECT_FALSE(integer_from_end(file, 4, &value));
+    EXPECT_FALSE(integer_from_end(file, 4, 100, &value));
     EXPECT_EQ(next(), 1) << "the place of the next token stays";
+}
+
+TEST_F(data_file_test, the_end_is_looked_at_without_reading_what_lies_before) {
+    std::string text;
+    for (int i = 0; i < 100000; i++) text += std::to_string(i) + "\n";
+    hold(text);
+    EXPECT_EQ(next(), 0);
+    int64_t value = 0;
+    EXPECT_TRUE(integer_from_end(file, 2, 20, &value));
+    EXPECT_EQ(value, 99998);
+    EXPECT_FALSE(integer_from_end(file, 5, 20, &value)) << "not within the last 20 bytes";
+    EXPECT_LT(file.text.size(), 40000u);
+    for (int i = 1; i < 100000; i++) ASSERT_EQ(next(), i);
+    EXPECT_TRUE(integer_from_end(file, 1, 20, &value)) << "of a file that was read to its end";
+    EXPECT_EQ(value, 99999);
+}
+
+TEST_F(data_file_test, white_space_longer_than_a_piece_is_passed_over) {
+    hold(std::string(1, '1').append(200000, ' ').append(1, '2').append(70000, '\n'));
+    EXPECT_EQ(next(), 1);
+    EXPECT_EQ(next(), 2);
+    EXPECT_EQ(count_rest(file), 0);
 }
 
 TEST_F(data_file_test, words_and_lines_are_cut_to_their_room) {
@@ -121,7 +143,7 @@ TEST_F(data_file_test, words_and_lines_are_cut_to_their_room) {
 }
 
 TEST_F(data_file_test, a_long_line_counts_as_several) {
-    hold(std::string(1500, 'x') + "\nend\n");
+    hold(std::string(1500, 'x').append("\nend\n"));
     EXPECT_EQ(line(2000), std::string(1023, 'x'));
     EXPECT_EQ(line(2000), std::string(477, 'x'));
     EXPECT_EQ(line(2000), "end");
@@ -141,7 +163,7 @@ TEST_F(data_file_test, empty_files_and_nul_bytes_end_in_no_token) {
     int64_t value = 5;
     EXPECT_FALSE(next_integer(file, &value));
     EXPECT_EQ(count_rest(file), 0);
-    EXPECT_FALSE(integer_from_end(file, 1, &value));
+    EXPECT_FALSE(integer_from_end(file, 1, 100, &value));
     hold(std::string("1\0 2", 4));
     EXPECT_EQ(next(), 1);
     EXPECT_FALSE(next_integer(file, &value));
