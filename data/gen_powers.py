@@ -12,9 +12,8 @@ from math import comb, factorial
 
 from datafile import DECIMAL_RADIX, check, digits, in_rows, number, write
 
-# 0 and 10 come first: the arithmetic counts on 0! and 10!. Above them, steps that a few thousand
-# multiplications bridge.
-ARGUMENTS = [0, 10, 20, 30, 40, 50, 75, 100, 150, 200, 250, 300, 400, 500, 750, 1000, 1500, 2000, 2500, 3000, 4000, 5000]
+# The arithmetic computes the same table when it is first asked for a factorial; a test compares the two.
+ARGUMENTS = list(range(0, 220, 10))
 
 
 def binomial_rows():
@@ -38,8 +37,7 @@ def main():
         figures = len(str(power))
         check(len(groups) == (figures + 7) // 8, f"the groups of 2^{28 * k}")
         powers.append([figures, *groups])
-    check(len(ARGUMENTS) == 22 and ARGUMENTS[:2] == [0, 10], "the first arguments of the factorials")
-    check(ARGUMENTS == sorted(set(ARGUMENTS)), "the order of the arguments of the factorials")
+    check(len(ARGUMENTS) == 22 and ARGUMENTS[:2] == [0, 10], "the arguments of the factorials")
     pairs = [(n, k) for n in range(3, 151, 3) for k in range(1, n // 2 + 1)]
     check(len(pairs) == 1900, "the count of the binomial coefficients")
     small = [comb(n, k) for n, k in pairs if n <= 30]

@@ -78,7 +78,7 @@ constexpr uint16_t base_7_list[21] = {0, 8, 1, 7, 16, 9, 2, 14, 3, 10, 22, 23, 1
 constexpr int numnodesize = 8, numbersize = 48, polynodesize = 16, quolysize = 20;
 
 /* Digits in the tables of numbers. */
-constexpr int two_28_digits = 9037, facts_digits = 7601, binom_digits = 5749, num_prod_digits = 99399;
+constexpr int two_28_digits = 9037, facts_digits = 476, binom_digits = 5749, num_prod_digits = 99399;
 
 extern int64_t size_data_strucs; /* bytes of the tables and of the work space that lasts, for the memory reports */
 
