@@ -6,6 +6,7 @@
 #include "numbers/number_decimal.h"
 #include "numbers/stash.h"
 #include "top/data_files.h"
+#include "top/interrupts.h"
 #include "top/messages.h"
 
 #include <gtest/gtest.h>
@@ -159,6 +160,15 @@ TEST_F(start_tables_test, during_start_up_the_process_ends_with_status_1) {
             initialize((folder.string() + "/").c_str());
         },
         testing::ExitedWithCode(1), "^\\*\\*\\* Tolvek error. can't find bprimes\n$");
+}
+
+TEST_F(start_tables_test, an_interrupt_before_the_prompt_does_not_hold_the_start_up) {
+    EXPECT_EXIT(
+        {
+            note_interrupt();
+            std::exit(initialize((folder.string() + "/").c_str()) && num_prod(0)->num_len == 1 ? 0 : 3);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(start_tables_test, the_highest_code_of_a_built_in_lies_in_54_to_109) {
