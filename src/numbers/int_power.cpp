@@ -4,6 +4,7 @@
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_mult.h"
+#include "numbers/modular.h"
 #include "numbers/number_work.h"
 #include "top/interrupts.h"
 
@@ -14,11 +15,6 @@ namespace tolvek {
 
 /* ---- products in the form in force ---- */
 
-static int32_t residue_product(int32_t a, int32_t b) {
-    uint64_t p = uint64_t{static_cast<uint32_t>(a)} * static_cast<uint32_t>(b);
-    return static_cast<int32_t>(p % static_cast<uint32_t>(modulus));
-}
-
 static int32_t wrapping_product(int32_t a, int32_t b) {
     return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
 }
@@ -28,7 +24,7 @@ static void ring_product(const number *a, const number *b, number *dst) {
     if (flotemode)
         dst->flote_val = a->flote_val * b->flote_val;
     else if (modularmode)
-        dst->lint_val = residue_product(a->lint_val, b->lint_val);
+        dst->lint_val = modmult(a->lint_val, b->lint_val);
     else if (lintmode)
         dst->lint_val = wrapping_product(a->lint_val, b->lint_val);
     else
@@ -72,8 +68,8 @@ int its_a_square(int32_t v) {
     if (exponent <= 1) return v == 1;
     int32_t power = v;
     for (int bit = static_cast<int>(std::bit_width(static_cast<uint32_t>(exponent))) - 2; bit >= 0; bit--) {
-        power = residue_product(power, power);
-        if (exponent >> bit & 1) power = residue_product(power, v);
+        power = modmult(power, power);
+        if (exponent >> bit & 1) power = modmult(power, v);
     }
     return power == 1;
 }

@@ -4,7 +4,6 @@
 #include "numbers/int_mult.h"
 #include "numbers/int_power.h"
 #include "numbers/number_work.h"
-#include "top/interrupts.h"
 
 #include <cmath>
 
@@ -28,7 +27,8 @@ static void root_of(const numnode *chain, int len, number *g);
 
 /* g := a first guess, not below the root by more than its low half: from the root of the leading digits. */
 static void first_guess(const numnode *chain, int len, number *g) {
-    if (len >= sqcut && len >= 6) {
+    constexpr int shortest_split = 7; /* below it the top part is the whole */
+    if (len >= sqcut && len >= shortest_split) {
         int top = len / 2 + 2;
         if ((len - top) % 2) top++;
         root_of(chain, top, g);

@@ -119,11 +119,12 @@ void python_check::run() {
     ASSERT_GE(fd, 0);
     close(fd);
     std::ofstream questions(path);
-    questions << "import sys, math\n"
-                 "getattr(sys, 'set_int_max_str_digits', int)(0)\n";
-    for (const std::string &e : expressions) questions << "print(" << e << ")\n";
+    for (const std::string &e : expressions) questions << e << "\n";
     questions.close();
-    FILE *answers = popen((std::string("python3 ") + path).c_str(), "r");
+    const std::string program = "import sys, math\n"
+                                "getattr(sys, 'set_int_max_str_digits', int)(0)\n"
+                                "for line in open(sys.argv[1]): print(eval(line))\n";
+    FILE *answers = popen(("python3 -c \"" + program + "\" " + path).c_str(), "r");
     ASSERT_TRUE(answers);
     std::string all;
     char block[65536];
@@ -155,13 +156,14 @@ void numbers_test::SetUp() {
     before = {now.digits, now.numbers};
 }
 
-void numbers_test::TearDown() {
-    python.run();
-    flotemode = lintmode = modularmode = finf = 0;
-    modulus = -1;
+void numbers_test::TearDown() { python.run(); }
+
+numbers_test::~numbers_test() {
     records_in_use now = count_records_in_use();
     EXPECT_EQ(now.digits, before.digits) << "digits lost";
     EXPECT_EQ(now.numbers, before.numbers) << "number records lost";
+    flotemode = lintmode = modularmode = finf = 0;
+    modulus = -1;
 }
 
 } // namespace tolvek

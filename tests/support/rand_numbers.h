@@ -54,6 +54,7 @@ struct python_check {
 struct numbers_test : ::testing::Test {
     void SetUp() override;
     void TearDown() override;
+    ~numbers_test() override; /* after the handles of a test's own fixture */
     test_random rnd;
     python_check python;
 
