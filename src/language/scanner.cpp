@@ -74,10 +74,11 @@ static int next_of_name(stream in) {
     return is_continuation(c) ? continue_on_next_line(in) : c;
 }
 
+/* The character that the last name was ended by; 0 when it was white space, or there is none. */
 static int take_leftover() {
     int c = leftover;
     leftover = 0;
-    return c == ' ' ? 0 : c;
+    return is_throwaway(c) ? 0 : c;
 }
 
 void scanner(stream *input, token_record &into, name **cursor) {

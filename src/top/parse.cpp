@@ -38,6 +38,11 @@ static void array_statement(stream *input, quolynode **, name **cursor) {
     error(28, token);
 }
 
+static void dynamic_array_statement(stream *input, quolynode **, name **cursor) {
+    scanner(input, token, cursor);
+    error(220, token); /* no slot is in use */
+}
+
 static void output_statement(stream *, quolynode **, name **) { error(2, token); }
 
 /* Names that begin with A or M: the value is always the result's own. ":" ends them at the end of a line alone. */
@@ -53,7 +58,7 @@ static void expression(stream *input, quolynode **result, name **cursor) {
 }
 
 static bool begins_array_statement(const token_record &t) {
-    static const char *const words[] = {"Diag", "Trans", "MPowermod", "Adjoint", "Altmult", "Altpower", "~", "[", "\"", "%"};
+    static const char *const words[] = {"Diag", "Trans", "MPowermod", "Adjoint", "Altmult", "Altpower", "~", "[", "\""};
     for (const char *word : words)
         if (token_is(t, word)) return true;
     return false;
@@ -68,6 +73,7 @@ static statement_runner runner_of(const token_record &t) {
     case '?': return ask_for_value;
     case '@': return deletion;
     case '!': return output_statement;
+    case '%': return dynamic_array_statement;
     case '&': return and_statement;
     case 'A':
     case 'M': return old_expression;
