@@ -122,6 +122,17 @@ static void divide_flat(uint32_t *u, std::size_t len_u, uint32_t *v, std::size_t
     shift_flat_right(u, len_v, bits);
 }
 
+/* q := a / b unless q is null, r := the remainder, of two to four digits by two. */
+static void divide_in_128_bits(const numnode *a, int len_a, const numnode *b, number *q, number *r) {
+    unsigned __int128 u = 0;
+    for (; len_a > 0; len_a--, a = a->next) u = u << digit_bits | static_cast<uint32_t>(a->digit);
+    const uint64_t v = short_value(b, 2);
+    const unsigned __int128 quotient = u >> 64 ? u / v : static_cast<uint64_t>(u) / v;
+    const uint64_t rest = static_cast<uint64_t>(u - quotient * v);
+    if (q) set_from_128_bits(quotient, 1, q);
+    set_chain(static_cast<int64_t>(rest), r);
+}
+
 /* q := a / b unless q is null, r := the remainder. q and r may be the owners of the chains. */
 static void divide_chains(const numnode *a, int len_a, const numnode *b, int len_b, number *q, number *r) {
     if (len_a < len_b || (len_a == len_b && fast_bigger(b, a, len_b, len_a))) {
@@ -135,6 +146,10 @@ static void divide_chains(const numnode *a, int len_a, const numnode *b, int len
         const int32_t d = b->digit;
         int32_t rest = q ? divide_by_digit(a, len_a, d, q) : remainder_by_digit(a, len_a, d);
         set_one_digit(rest, r);
+        return;
+    }
+    if (len_a <= 4 && len_b == 2) {
+        divide_in_128_bits(a, len_a, b, q, r);
         return;
     }
     poured_digits u(a, len_a, 1), v(b, len_b);

@@ -15,11 +15,10 @@ constexpr int base_10_multcut = 10; /* the same for decimal form */
 /* Digits of a product from which one of its steps takes long enough to pass a safe point. */
 constexpr int safe_point_length = 1000;
 
-static int32_t magnitude(int32_t digit) { return digit < 0 ? -digit : digit; }
-
 /* dst := chain * digit, from the head down. The product of a digit has a high and a low part; the low part meets the
    high part of the next one. A carry goes to the digit above at once, and what that pushes out of range is repaired
-   at the end, as in sums. */
+   at the end, as in sums; nothing leaves the head, which is a high part. Where dst is the owner of the chain its nodes
+   are used again, each for the digit below the one that it held. */
 template <class radix_type>
 static void digit_product(const numnode *a, int len, int32_t digit, number *dst, numnode **penultimate,
                           radix_type radix) {
@@ -29,29 +28,54 @@ static void digit_product(const numnode *a, int len, int32_t digit, number *dst,
         return;
     }
     const int32_t sign = (a->digit ^ digit) < 0 ? -1 : 1;
-    const int64_t factor = magnitude(digit);
+    const int64_t factor = sign * int64_t{digit}; /* brings the sign of a digit to that of the magnitude */
     growing_chain product;
+    numnode *used_again = nullptr;
+    if (dst->num_head == a && dst->num_len == len) {
+        used_again = newdigit();
+        used_again->next = dst->num_head;
+        product.len = len + 1;
+        dst->num_len = 0;
+    }
     numnode *last_outside = nullptr, *before_last = nullptr;
     int32_t above = 0, low = 0;
-    for (; len > 0; len--, a = a->next) {
-        const int64_t p = magnitude(a->digit) * factor;
-        int32_t u = low + static_cast<int32_t>(p / radix.value);
-        low = static_cast<int32_t>(p % radix.value);
+    for (; len > 0; len--) {
+        const uint64_t p = static_cast<uint64_t>(a->digit * factor);
+        const int32_t high = radix.high_part(p);
+        int32_t u = low + high;
+        low = radix.low_part(p, high);
         above += radix.carry_of(u);
         if (radix.outside(above)) [[unlikely]]
             last_outside = product.last;
         product.last->digit = sign * above;
         above = u;
-        product.append(0);
+        a = a->next;
+        if (used_again) {
+            product.last->next = used_again;
+            product.last = used_again;
+            used_again = used_again->next;
+        } else {
+            product.append(0);
+        }
     }
     product.last->digit = sign * above;
     before_last = product.last;
-    product.append(sign * low);
+    if (used_again)
+        product.last = used_again;
+    else
+        product.append(0);
+    product.last->digit = sign * low;
 
     if (last_outside) repair_chain(&product.top, last_outside, sign, 1, radix);
     product.trim();
     if (product.len > 1) *penultimate = product.len == 2 ? product.top.next : before_last;
     product.give_to(dst);
+}
+
+/* dst := a * b for at most two digits each. */
+static void short_product(const numnode *a, int len_a, const numnode *b, int len_b, number *dst) {
+    const unsigned __int128 product = static_cast<unsigned __int128>(short_value(a, len_a)) * short_value(b, len_b);
+    set_from_128_bits(product, (a->digit ^ b->digit) < 0 ? -1 : 1, dst);
 }
 
 /* dst := a * b by the schoolbook method on flat digits. Column sums of 64 bits take many products before their
@@ -146,6 +170,8 @@ void multiply(const number *a, const number *b, number *dst) {
 void fast_mult(const number *a, const number *b, number *dst) {
     if (a->num_len == 1 && b->num_len == 1)
         special_set_2(a->num_head->digit, b->num_head->digit, dst);
+    else if (a->num_len <= 2 && b->num_len <= 2)
+        short_product(a->num_head, a->num_len, b->num_head, b->num_len, dst);
     else
         product_of(a->num_head, a->num_len, b->num_head, b->num_len, dst, maxx(multcut, 1), binary_radix{});
 }

@@ -8,16 +8,20 @@ namespace tolvek {
 
 /* ---- setting ---- */
 
-void set_chain(int64_t v, number *x) {
-    if (v > -digit_radix && v < digit_radix) {
-        set_one_digit(static_cast<int32_t>(v), x);
-        return;
-    }
-    const int32_t sign = v < 0 ? -1 : 1;
+void set_from_128_bits(unsigned __int128 v, int32_t sign, number *x) {
     growing_chain digits;
-    for (uint64_t left = v < 0 ? -static_cast<uint64_t>(v) : static_cast<uint64_t>(v); left; left >>= digit_bits)
-        digits.prepend(sign * static_cast<int32_t>(left & digit_mask));
+    do {
+        digits.prepend(sign * static_cast<int32_t>(static_cast<uint64_t>(v) & digit_mask));
+        v >>= digit_bits;
+    } while (v);
     digits.give_to(x);
+}
+
+void set_chain(int64_t v, number *x) {
+    if (v > -digit_radix && v < digit_radix)
+        set_one_digit(static_cast<int32_t>(v), x);
+    else
+        set_from_128_bits(v < 0 ? -static_cast<uint64_t>(v) : static_cast<uint64_t>(v), v < 0 ? -1 : 1, x);
 }
 
 void setvalue(int32_t v, number *x) {

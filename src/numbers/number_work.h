@@ -16,6 +16,8 @@ struct binary_radix {
         return carry;
     }
     static bool outside(int32_t u) { return (u >> digit_bits) != 0; }
+    static int32_t high_part(uint64_t product) { return static_cast<int32_t>(product >> digit_bits); }
+    static int32_t low_part(uint64_t product, int32_t) { return static_cast<int32_t>(product & digit_mask); }
 };
 
 struct decimal_form {
@@ -26,6 +28,10 @@ struct decimal_form {
         return carry;
     }
     static bool outside(int32_t u) { return u < 0 || u >= value; }
+    static int32_t high_part(uint64_t product) { return static_cast<int32_t>(product / value); }
+    static int32_t low_part(uint64_t product, int32_t high) {
+        return static_cast<int32_t>(product - static_cast<uint64_t>(high) * value);
+    }
 };
 
 /* A chain under construction, from the head down. Its nodes go back unless a destination takes them. `top` is the
@@ -104,6 +110,16 @@ inline void set_one_digit(int32_t d, number *x) {
 }
 
 void set_chain(int64_t v, number *x); /* x := v as a chain, whatever the ring */
+
+/* x := sign * v, v of at most 112 bits. */
+void set_from_128_bits(unsigned __int128 v, int32_t sign, number *x);
+
+/* The magnitude of a chain of one or two digits. */
+inline uint64_t short_value(const numnode *chain, int len) {
+    int64_t v = chain->digit;
+    if (len == 2) v = v * digit_radix + chain->next->digit;
+    return v < 0 ? -static_cast<uint64_t>(v) : static_cast<uint64_t>(v);
+}
 
 /* The chain of src becomes dst's, whose old one goes back; the other forms of dst stay. */
 inline void take_chain(number *src, number *dst) {
