@@ -34,7 +34,7 @@ const setting settings[] = {
     {"noisy", &noisy, 1, 0, 1, "results are displayed"},
     {"extra_line", &extra_line, 1, 0, 1, "results stand apart"},
     {"disp_size", &disp_size, 5, 0, any, "40 figures; from 1000 groups on a warning"},
-    {"dispcutoff", &dispcutoff, 76, INT_MIN, any, "columns of a terminal of 80, less the continuation mark"},
+    {"dispcutoff", &dispcutoff, 76, 0, any, "columns of a terminal of 80, less the continuation mark"},
     {"uglyprint", &uglyprint, 0, 0, 1, "off"},
     {"alt_form_display", &alt_form_display, 1, 0, 1, "residues are shown with signs"},
     {"pos_mod", &pos_mod, 1, 0, 1, "remainders are not negative"},

@@ -23,6 +23,8 @@ int promptsize = 1;
 
 text_in *inpuf = nullptr;
 char input_file_name[256] = "";
+text_out *outpuf = nullptr;
+char output_file_name[256] = "";
 
 uint64_t initial_memory = 0, virtual_cut = 0, totalavailablememory = 0;
 

@@ -32,6 +32,8 @@ extern int promptsize; /* its length; 0 in carriage return mode */
 
 extern text_in *inpuf;          /* the file being loaded, null when there is none */
 extern char input_file_name[256];
+extern text_out *outpuf; /* the output file, null when there is none */
+extern char output_file_name[256];
 
 /* The memory figure: in units of four bytes, a fifth of it, and in bytes. */
 extern uint64_t initial_memory, virtual_cut, totalavailablememory;

@@ -1,73 +1,117 @@
+/* The commands &x: toggles, dialogs, and everything else. */
 #include "top/switches.h"
 
-#include "language/expressions.h"
+#include "language/scanner.h"
+#include "top/defaults.h"
 #include "top/driver.h"
-#include "top/loop.h"
+#include "top/settings.h"
+#include "top/switches_table.h"
+
+#include <algorithm>
 
 namespace tolvek {
 
-/* ---- toggles ---- */
+/* ---- flags ---- */
 
-struct toggle {
-    int code;
-    int *flag;
-    bool quiet; /* says nothing inside a stored list */
-    const char *on_text, *off_text;
-};
+bool is_forbidden(const switch_row &row) {
+    if (!row.lintmode_error || !lintmode) return false;
+    error(row.lintmode_error, token);
+    return true;
+}
 
-static const toggle toggles[] = {
-    {'E', &extra_line, false, " Will do extra line after display.\n", " No extra line after display.\n"},
-    {'N', &noisy, false, " Will display results.\n", " Displaying results is deactivated.\n"},
-    {'b', &close_inpuf, false, " Will close input file if error occurs while loading.\n",
-     " Will not immediately close input file if error occurs while loading.\n"},
-    {'e', &errorpush, true, " Will push new level after errors.\n", " Pushing after errors is deactivated.\n"},
-    {'t', &timerflag, false, " Timing enabled.\n", " Timing disabled.\n"},
-};
+bool store_flag(const switch_row &row, int value) {
+    if (row.store)
+        row.store(value);
+    else
+        *row.variable = value;
+    if (*row.variable != value) return false;
+    if (row.changed) row.changed();
+    return true;
+}
 
-static bool run_toggle(const switch_call &call) {
-    for (const toggle &row : toggles) {
-        if (row.code != call.code) continue;
-        *row.flag = !*row.flag;
-        if (!row.quiet || !*call.cursor) say(*row.flag ? row.on_text : row.off_text);
+void say_flag(const switch_row &row, bool assigned) {
+    const char *on = assigned && row.assigned_on ? row.assigned_on : row.on;
+    const char *off = assigned && row.assigned_off ? row.assigned_off : row.off;
+    put_format(&standard_output, *row.variable ? on : off, *row.variable);
+}
+
+static void toggle(const switch_row &row, switch_call &call) {
+    if (is_forbidden(row) || !store_flag(row, !*row.variable)) return;
+    bool file_or_list = *call.cursor || !tt_flag;
+    if (!row.quiet || !file_or_list) say_flag(row, false);
+    if (!row.keeps_value) return;
+    quoly_set(*row.variable, call.result);
+    call.keeps_result = true;
+}
+
+/* ---- numbers ---- */
+
+/* The value to be stored; false when it is refused. */
+static bool bring_within_limits(const switch_row &row, int &value, form how) {
+    if (row.beyond == outside::stored) return true;
+    const setting &limits = *find_setting(row.variable);
+    if (value >= limits.least && value <= limits.most) return true;
+    if (row.beyond == outside::refused) {
+        error(row.range_error, token);
+        return false;
+    }
+    if (row.beyond == outside::held) {
+        value = std::clamp(value, limits.least, limits.most);
         return true;
     }
-    return false;
+    value = row.replacement;
+    if (how == form::answer)
+        say(row.replaced);
+    else if (how == form::assignment)
+        say(row.assigned_replaced);
+    return true;
 }
 
-/* ---- commands ---- */
-
-static void panic_stop(switch_call &) { error(0, blank); }
-
-static void quit(switch_call &) { throw unwind{unwind::quit}; }
-
-static void leave_level(switch_call &) { time_to_quit = 1; }
-
-static void new_level(switch_call &call) {
-    error(-1, blank);
-    call.token_is_read = !tt_flag && !*call.cursor;
+static void say_number(const switch_row &row, form how) {
+    if (how == form::silent_assignment) return;
+    if (row.tell) return row.tell();
+    const char *now = how == form::assignment && row.assigned_now ? row.assigned_now : row.now;
+    if (now) put_format(&standard_output, now, *row.variable);
+    if (how == form::answer && row.tell_answer) row.tell_answer();
 }
 
-struct command {
-    int code;
-    void (*run)(switch_call &);
-};
+bool store_number(const switch_row &row, int value, form how) {
+    if (row.reads_as) value = row.reads_as(value);
+    if (!bring_within_limits(row, value, how)) return false;
+    if (row.store)
+        row.store(value);
+    else
+        *row.variable = value;
+    if (row.changed) row.changed();
+    say_number(row, how);
+    return true;
+}
 
-static const command commands[] = {
-    {'@', panic_stop},
-    {'q', quit},
-    {'Q', quit},
-    {code_leave_level, leave_level},
-    {code_new_level, new_level},
-};
+static void ask_for_number(const switch_row &row, switch_call &call) {
+    quoly_handle answer;
+    if (!ask(row.question, answer_ring::not_modular, answer)) return;
+    int value;
+    if (!integer_value(answer.get(), value)) {
+        error(row.number_error, token);
+        return;
+    }
+    if (!store_number(row, value, form::answer) || !row.keeps_value) return;
+    answer.release_to(call.result);
+    call.keeps_result = true;
+}
+
+/* ---- the command ---- */
 
 bool run_switch(switch_call &call) {
-    if (run_toggle(call)) return true;
-    for (const command &row : commands) {
-        if (row.code != call.code) continue;
-        row.run(call);
-        return true;
-    }
-    return false;
+    const switch_row *row = find_switch(call.code);
+    if (!row) return false;
+    if (row->run)
+        row->run(call);
+    else if (row->kind == switch_kind::flag)
+        toggle(*row, call);
+    else
+        ask_for_number(*row, call);
+    return true;
 }
 
 } // namespace tolvek

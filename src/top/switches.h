@@ -1,4 +1,5 @@
-/* Switches and settings: the commands behind &, and the assignments &(x = y). */
+/* Switches and settings: the commands &x, and the assignments &(x = y). Both forms and the report of settings read
+   one table (top/switches_table.cpp), a row for each letter. */
 #pragma once
 
 #include "top/text_io.h"
@@ -32,5 +33,13 @@ struct switch_call {
 
 /* Runs the command; false when no row has its code. */
 bool run_switch(switch_call &call);
+
+/* Sets disp_size, negative values as 0, and disp_cons to match; warns from 1000 on. An interrupt leaves both as they
+   were. */
+void calc_disp(int size);
+
+/* The argument &o of an output statement, entered with "&" as the token: the stream of the output file, with "o" as the
+   token. Errors 261 no "o", 263 no output file; null where they return. */
+text_out *handle_andsign(stream *input, name **cursor);
 
 } // namespace tolvek

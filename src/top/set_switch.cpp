@@ -1,0 +1,284 @@
+/* &(x = y), in steps:
+     1  the letter, or "_" and a letter
+     2  "="; for J also ">"
+     3  the letters P and J have a syntax of their own
+     4  # and "[": cut-offs from an array
+     5  a number, for every letter but M, R, S and every value but a text: the value, ")", then the row of the letter
+     6  a text: its characters, ")", then the row of the letter */
+#include "top/set_switch.h"
+
+#include "language/execution.h"
+#include "language/expressions.h"
+#include "numbers/free_lists.h"
+#include "top/driver.h"
+#include "top/parse.h"
+#include "top/settings.h"
+#include "top/switches_table.h"
+
+#include <cstring>
+
+namespace tolvek {
+
+/* ---- the letter ---- */
+
+struct underscore_letter {
+    char letter, stands_for;
+};
+
+static const underscore_letter underscore_letters[] = {
+    {'d', '4'}, {'l', '2'}, {'r', '3'}, {'s', '6'}, {'t', '5'}, {'L', '7'},
+};
+
+constexpr int no_letter = 0;
+
+static int letter_of(const token_record &t) { return t.text[0] && t.text[1] == 0 ? first_char(t) : no_letter; }
+
+static int read_letter(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    if (!token_is(token, "_")) return letter_of(token);
+    scanner(call.input, token, call.cursor);
+    int letter = letter_of(token);
+    for (const underscore_letter &row : underscore_letters)
+        if (row.letter == letter) return row.stands_for;
+    return letter;
+}
+
+static bool read_equals_sign(switch_call &call, int letter) {
+    scanner(call.input, token, call.cursor);
+    if (token_is(token, "=") || (letter == 'J' && token_is(token, ">"))) return true;
+    error(4, token);
+    return false;
+}
+
+static bool closed() {
+    if (token_is(token, ")")) return true;
+    error(135, token);
+    return false;
+}
+
+/* ---- the ring ---- */
+
+/* A list of names that gives its records back at the end of the frame. */
+struct name_list {
+    name *head = nullptr;
+    name **end = &head;
+    ~name_list() { freename(head); }
+    name_list() = default;
+    name_list(const name_list &) = delete;
+    name_list &operator=(const name_list &) = delete;
+
+    void add(const token_record &t) {
+        name *record = newname();
+        record->tok = t;
+        *end = record;
+        end = &record->next;
+    }
+};
+
+/* The names behind ":", up to ")", the end of the stored list or the end of the line, closed by ";". */
+static void get_stream(switch_call &call, name_list &list) {
+    scanner(call.input, token, call.cursor);
+    while (!is_end_of_list(token) && !token_is(token, ";") && !(token_is(token, ")") && func_def_count == 0)) {
+        list.add(token);
+        scanner(call.input, token, call.cursor);
+    }
+    list.add(semicolon);
+}
+
+constexpr int greatest_modulus = 2147483644;
+
+/* _i is the way back to the rationals. */
+static void assign_ring(bool back, int modulus_wanted) {
+    if (lintmode && !modularmode)
+        error(62, token);
+    else if (levelcount > 1)
+        error(73, token);
+    else if (!back && (modulus_wanted < 2 || modulus_wanted > greatest_modulus))
+        error(84, token);
+    else if (back && !modularmode)
+        say(" Already in rational mode.\n");
+    else if (!back && modularmode && modulus_wanted == modulus)
+        say(" Already in that arithmetic mode\n");
+    else
+        error(layer_is_missing, token);
+}
+
+/* ---- numbers ---- */
+
+/* "_" and a name that begins with i, which are taken. Anything else behind "_" is left to the expression. */
+static bool take_way_back(switch_call &call) {
+    if (!token_is(token, "_")) return false;
+    int behind = 0;
+    if (*call.cursor)
+        behind = (*call.cursor)->next ? first_char((*call.cursor)->next->tok) : 0;
+    else if (!at_line_end(*call.input))
+        behind = peek_char(*call.input);
+    if (behind != 'i') return false;
+    scanner(call.input, token, call.cursor);
+    scanner(call.input, token, call.cursor);
+    return true;
+}
+
+static void assign_flag(const switch_row &row, int value) {
+    if (is_forbidden(row)) return;
+    bool same = *row.variable == value;
+    if (!same && !store_flag(row, value)) return;
+    if (same && row.unchanged)
+        sayf(" Already had that value; no change%s.\n", row.unchanged);
+    else
+        say_flag(row, true);
+}
+
+/* The words of a number are for a listener: somebody at the prompt, or who asked for comments. */
+static form form_of(const switch_call &call) {
+    return verbose || !*call.cursor ? form::assignment : form::silent_assignment;
+}
+
+static void assign_number(const switch_row &row, int value, switch_call &call) {
+    form how = form_of(call);
+    if (!row.unchanged || *row.variable != value)
+        store_number(row, value, how);
+    else if (how == form::assignment)
+        sayf(" Already had that value; no change%s.\n", row.unchanged);
+}
+
+/* The value as an integer, before its row is asked; false when an error was reported. */
+static bool legal_integer(const switch_row *row, const quoly_handle &value, int &figure) {
+    if (!integer_value(value.get(), figure)) {
+        error(147, token);
+        return false;
+    }
+    if (figure < 0 && !(row && row->any_sign)) {
+        error(137, token);
+        return false;
+    }
+    return true;
+}
+
+/* A letter without a row counts as a flag. */
+static bool takes_only_0_and_1(const switch_row *row) {
+    return !row || (row->kind == switch_kind::flag && !row->any_number);
+}
+
+static void run_row(const switch_row *row, int figure, quoly_handle &value, switch_call &call) {
+    if (takes_only_0_and_1(row) && figure != 0 && figure != 1) {
+        error(133, token);
+    } else if (!row || row->kind == switch_kind::command) {
+        error(136, token);
+    } else if (row->kind == switch_kind::flag) {
+        assign_flag(*row, figure == 1);
+    } else {
+        assign_number(*row, figure, call);
+        if (!row->keeps_assigned) return;
+        value.release_to(call.result);
+        call.keeps_result = true;
+    }
+}
+
+static void evaluate_value(switch_call &call, bool in_ring, quoly_handle &value) {
+    if (in_ring) return old_expre(call.input, value.slot(), call.cursor);
+    modular_pause pause;
+    old_expre(call.input, value.slot(), call.cursor);
+}
+
+static void number_switch(switch_call &call, int letter) {
+    const switch_row *row = find_assigned(letter);
+    bool by_value = row && row->assign_value;
+    bool changes_ring = letter == 'p';
+    quoly_handle value;
+    int figure = 0;
+    bool back = take_way_back(call);
+    if (!back) evaluate_value(call, by_value, value);
+    if (!(back && changes_ring) && !by_value && !legal_integer(row, value, figure)) return;
+
+    name_list names;
+    if (changes_ring && token_is(token, ":")) get_stream(call, names);
+    if (!closed()) return;
+    if (changes_ring)
+        assign_ring(back, figure);
+    else if (by_value)
+        row->assign_value(call, value);
+    else
+        run_row(row, figure, value, call);
+}
+
+/* ---- texts ---- */
+
+struct switch_text {
+    static constexpr std::size_t longest = 255;
+    char text[longest + 1] = "";
+};
+
+static bool is_quote(const token_record &t) { return token_is(t, quotesign.text); }
+
+/* The characters up to the closing quote, which is left in `token`. */
+static bool read_quoted(switch_call &call, switch_text &t) {
+    std::size_t length = 0;
+    for (;;) {
+        int line_end;
+        dumbscanner(call.input, token, call.cursor, &line_end);
+        if (line_end || is_end_of_list(token)) {
+            error(33, quotesign);
+            return false;
+        }
+        if (is_quote(token)) return true;
+        std::size_t more = std::strlen(token.text);
+        if (length + more > t.longest) {
+            error(209, quotesign);
+            return false;
+        }
+        std::strcpy(t.text + length, token.text);
+        length += more;
+    }
+}
+
+/* Arrays of character codes: no array exists. */
+static bool text_from_array(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    error(28, token);
+    return false;
+}
+
+static bool read_text(switch_call &call, switch_text &t) {
+    if (token_is(token, "[")) return text_from_array(call);
+    if (is_quote(token)) {
+        if (!read_quoted(call, t)) return false;
+    } else {
+        std::strcpy(t.text, token.text);
+    }
+    scanner(call.input, token, call.cursor);
+    return true;
+}
+
+static void text_switch(switch_call &call, int letter) {
+    switch_text t;
+    if (!read_text(call, t) || !closed()) return;
+    const switch_row *row = find_assigned(letter);
+    if (letter != 'M' && std::strcmp(t.text, " ") == 0)
+        error(33, token);
+    else if (row && row->assign_text)
+        row->assign_text(call, t.text);
+    else
+        error(141, token);
+}
+
+/* ---- the statement ---- */
+
+static bool names_text(int letter) { return letter == 'M' || letter == 'R' || letter == 'S'; }
+
+void set_switch(switch_call &call) {
+    int letter = read_letter(call);
+    if (!read_equals_sign(call, letter)) return;
+    const switch_row *row = find_assigned(letter);
+    if (row && row->assign_rest) return row->assign_rest(call);
+    scanner(call.input, token, call.cursor);
+    if (letter == '#' && token_is(token, "[")) {
+        text_from_array(call);
+    } else if (names_text(letter) || is_quote(token)) {
+        text_switch(call, letter);
+    } else {
+        number_switch(call, letter);
+    }
+}
+
+} // namespace tolvek

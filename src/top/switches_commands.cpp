@@ -1,0 +1,140 @@
+/* Commands without a value: ends, levels, reports, figures of memory and time. */
+#include "language/execution.h"
+#include "language/expressions.h"
+#include "numbers/storage_report.h"
+#include "top/driver.h"
+#include "top/parse.h"
+#include "top/settings_report.h"
+#include "top/switches_table.h"
+
+namespace tolvek {
+
+/* ---- ends and levels ---- */
+
+void panic_stop(switch_call &) { error(0, blank); }
+
+void quit(switch_call &) { throw unwind{unwind::quit}; }
+
+void leave_level(switch_call &) { time_to_quit = 1; }
+
+void new_level(switch_call &call) {
+    error(-1, blank);
+    call.token_is_read = !tt_flag && !*call.cursor;
+}
+
+void end_loop_early(switch_call &call) {
+    const switch_row &row = *find_switch(call.code);
+    if (*call.cursor)
+        *row.variable = 1;
+    else
+        say(row.now);
+}
+
+void end_load(switch_call &) {
+    if (!tt_flag) done_load = 1;
+}
+
+/* ---- &_m(statement): runs the statement outside the modular ring ---- */
+
+void run_exactly(switch_call &call) {
+    call.keeps_result = call.token_is_read = true;
+    quoly_set(0, call.result);
+    scanner(call.input, token, call.cursor);
+    modular_pause pause;
+    require("(", 131, call.input, call.cursor);
+    parse(call.input, call.result, call.cursor);
+    require(")", 1, call.input, call.cursor);
+    if (!ends_statement(token)) error(350, token);
+}
+
+/* ---- reports ---- */
+
+void report_settings(switch_call &) { global_dump(); }
+
+void report_garbage(switch_call &) { garbage(); }
+
+/* No minors are stashed: the expansion that stashes them is not there. */
+void report_minors(switch_call &) {
+    constexpr unsigned long minor_memory = 0;
+    constexpr long minor_prime = 0, total_branches = 0, leaf_count = 0, stash_nodes = 0, hits = 0;
+    sayf(" memavail, minor memory, garbsize, minor prime, total branches, leaf count, stash nodes, hits: "
+         "%lui, %lui, %li, %li, %li, %li, %li, %li\n",
+         static_cast<unsigned long>(memavail()), minor_memory, static_cast<long>(med_garbsize()), minor_prime,
+         total_branches, leaf_count, stash_nodes, hits);
+}
+
+/* Records on the free lists hold no values, so that nothing has to be given back from them. */
+void clean_up(switch_call &) {}
+
+/* ---- values ---- */
+
+void give_memavail(switch_call &call) {
+    uint64_t bytes = memavail();
+    call.keeps_result = true;
+    if (flotemode) {
+        quoly_set_flote(static_cast<long double>(bytes), call.result);
+    } else if (lintmode) {
+        uint64_t residues = modularmode ? static_cast<uint64_t>(modulus) : uint64_t{1} << 31;
+        quoly_set(static_cast<int32_t>(bytes % residues), call.result);
+        if (!*call.cursor && tt_flag) sayf("%lui\n", static_cast<unsigned long>(bytes));
+    } else {
+        quoly_set_int64(static_cast<int64_t>(bytes), call.result);
+    }
+}
+
+void give_time(switch_call &call) {
+    constexpr int64_t ticks_a_millisecond = 1000;
+    quoly_set_int64(time_now().ticks / ticks_a_millisecond, call.result);
+    call.keeps_result = true;
+}
+
+/* ---- output ---- */
+
+void output_argument(switch_call &) { error(262, token); }
+
+text_out *handle_andsign(stream *input, name **cursor) {
+    scanner(input, token, cursor);
+    if (!token_is(token, "o")) {
+        error(261, token);
+        return nullptr;
+    }
+    if (!outpuf) error(263, token);
+    return outpuf;
+}
+
+/* ---- the ring ---- */
+
+/* &p, &p(x, y, ...): the other ring, for the named variables or for all. */
+void choose_ring(switch_call &call) {
+    if (levelcount > 1) {
+        error(73, token);
+        return;
+    }
+    scanner(call.input, token, call.cursor);
+    call.token_is_read = true;
+    if (token_is(token, "(") && *call.cursor)
+        error(264, token);
+    else
+        error(lintmode && !modularmode ? 62 : layer_is_missing, token);
+}
+
+/* ---- commands whose layer is not there ---- */
+
+void not_open(switch_call &) { error(layer_is_missing, token); }
+
+void not_open_for_text(switch_call &, const char *) { error(layer_is_missing, token); }
+
+void list_variables(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    call.token_is_read = true;
+    bool legal = token_is(token, ";") || token_is(token, ":");
+    error(legal ? layer_is_missing : 303, token);
+}
+
+void stash_gcds(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    bool legal = token_is(token, "+") || token_is(token, "-");
+    error(legal ? layer_is_missing : 285, token);
+}
+
+} // namespace tolvek
