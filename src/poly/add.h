@@ -1,7 +1,9 @@
 /* Sums of polynomials. All families share one merge of descending term lists; they differ in who owns the operands:
    poly_ keeps both, better_ consumes a, best_ and simplest_ consume both and reuse their nodes. The destination is
-   replaced when the sum is complete and may hold an operand that is kept. Consuming forms want a and b to differ.
-   simplest_ is for floats and modular rings only. Operands are canonical, and so is the sum. */
+   replaced when the sum is complete and may hold either operand. Consuming forms want a and b to differ.
+   simplest_ is for floats and modular rings only. Operands are canonical, and so is the sum.
+
+   Sums pass safe points. An unwinding gives consumed operands back, and a destination that held one is null. */
 #pragma once
 
 #include "poly/model.h"

@@ -6,20 +6,28 @@
    Division by 0 is error 22 with the result 1. */
 #pragma once
 
-#include "top/tolvek.h"
+#include "poly/model.h"
 
 namespace tolvek {
 
 /* ---- making and freeing ---- */
 
-void init_quoly_node(quolynode *q);                   /* a plain number record with no chain yet */
-void quoly_set(int32_t value, quolynode **q);         /* *q := the plain number `value` */
+void init_quoly_node(quolynode *q);           /* a plain number record with no chain yet */
+void quoly_set(int32_t value, quolynode **q); /* *q := the plain number `value` */
 void quoly_set_int64(int64_t value, quolynode **q);
 void quoly_set_flote(long double value, quolynode **q); /* float ring: *q := the plain number */
-void scalar_to_quoly(number *x, quolynode **q);       /* *q := the number x, whose chain it takes over */
-void quoly_assign(const quolynode *q, quolynode **r); /* deep copy; *r may be q */
-void free_quoly(quolynode **q);                       /* null is fine; *q := null */
-void free_poly(polynode **p);                         /* null is fine; *p := null */
+void scalar_to_quoly(number *x, quolynode **q);         /* *q := the number x, whose chain it takes over */
+void quoly_assign(const quolynode *q, quolynode **r);   /* deep copy; *r may be q */
+void free_quoly(quolynode **q);                         /* null is fine; *q := null */
+
+void base_quoly(int level, quolynode **q);            /* *q := the variable of the level */
+void poly_to_value(poly_handle &p, quolynode **q);    /* *q := p, which is consumed: a constant is a plain number */
+void polynum_to_quoly(quolynode **q);                 /* the numerator is a lone number: *q becomes it, plain */
+void quoly_consume(quolynode **q, polynode **p);      /* *q a plain number: *p := it as a polynomial; *q goes */
+void quoly_to_poly(const quolynode *q, polynode **p); /* q a plain number: *p := a copy as a polynomial */
+/* A node with the numerator and the denominator (which may be null); is_rat is off. */
+quolynode *new_fraction(poly_handle &num, poly_handle &den);
+void replace_quoly(quolynode *q, quolynode **r); /* q takes the place of what *r held, which goes */
 
 extern quolynode *quol_num_0, *quol_num_1; /* ready constants, valid in every number form; never to be freed */
 void make_quoly_constants();
@@ -73,9 +81,9 @@ void fast_quoly_quot(quolynode **a, const quolynode *b, int no_gcd);
 void quoly_mod_or_div(const quolynode *a, const quolynode *b, quolynode **r, int op);
 
 void quoly_makeneg(const quolynode *q, quolynode **r);
-void quoly_inplace(quolynode *q);                 /* negates */
-void quoly_great_int(quolynode **q);              /* the floor */
-void quoly_abs(quolynode **q);                    /* the magnitude */
+void quoly_inplace(quolynode *q);    /* negates */
+void quoly_great_int(quolynode **q); /* the floor */
+void quoly_abs(quolynode **q);       /* the magnitude */
 void quoly_reciprocal(quolynode **q);
 void raise_to_power(quolynode **q, const number *exponent); /* errors 22, 32, 85 */
 void quoly_compute_power(quolynode **q, uint32_t e);        /* e at least 1 */

@@ -29,6 +29,20 @@ void init_quoly_node(quolynode *q) {
     mark_plain_number(q);
 }
 
+quolynode *new_fraction(poly_handle &num, poly_handle &den) {
+    quolynode *q = newquoly();
+    q->is_num = q->is_rat = q->array_mark = 0;
+    q->num = num.release();
+    q->den = den.release();
+    return q;
+}
+
+void replace_quoly(quolynode *q, quolynode **r) {
+    quolynode *old = *r;
+    *r = q;
+    if (old != q) free_quoly(&old);
+}
+
 /* *q as a plain number whose record may be overwritten. */
 static number *plain_number(quolynode **q) {
     if (!*q || !(*q)->is_num) {
@@ -56,18 +70,6 @@ void scalar_to_quoly(number *x, quolynode **q) {
     x->num_len = 0;
 }
 
-/* A copy of a polynomial that is a lone number. */
-static polynode *copy_constant(const polynode *p) {
-    if (!p) return nullptr;
-    polynode *copy = newpoly();
-    copy->expo = 0;
-    copy->is_number = 1;
-    copy->next = nullptr;
-    copy->num = newimag();
-    num_assign(p->num, copy->num);
-    return copy;
-}
-
 void quoly_assign(const quolynode *q, quolynode **r) {
     if (q == *r) return;
     if (q->is_num) {
@@ -76,26 +78,12 @@ void quoly_assign(const quolynode *q, quolynode **r) {
         (*r)->array_mark = mark;
         return;
     }
-    quolynode *copy = newquoly();
-    copy->is_num = copy->array_mark = 0;
+    poly_handle num, den;
+    poly_assign(q->num, num.slot());
+    poly_assign(q->den, den.slot());
+    quolynode *copy = new_fraction(num, den);
     copy->is_rat = lintmode ? 0 : q->is_rat;
-    copy->num = copy_constant(q->num);
-    copy->den = copy_constant(q->den);
-    free_quoly(r);
-    *r = copy;
-}
-
-void free_poly(polynode **p) {
-    polynode *rest = *p;
-    *p = nullptr;
-    while (polynode *term = rest) {
-        rest = term->next;
-        if (term->is_number)
-            free_imag(&term->num);
-        else
-            free_poly(&term->poly);
-        push_poly(term);
-    }
+    replace_quoly(copy, r);
 }
 
 void free_quoly(quolynode **q) {
@@ -120,9 +108,39 @@ static quolynode *ready_constant(int32_t value) {
 }
 
 void make_quoly_constants() {
+    make_poly_constants();
+    make_dummy_variables();
     if (quol_num_0) return;
     quol_num_0 = ready_constant(0);
     quol_num_1 = ready_constant(1);
+}
+
+/* ---- polynomials as values ---- */
+
+void base_quoly(int level, quolynode **q) {
+    poly_handle variable;
+    base_poly(variable.slot(), level);
+    poly_to_value(variable, q);
+}
+
+void poly_to_value(poly_handle &p, quolynode **q) {
+    poly_handle none;
+    if (is_constant(p.get()))
+        poly_consume(p.slot(), q);
+    else
+        replace_quoly(new_fraction(p, none), q);
+}
+
+void polynum_to_quoly(quolynode **q) { poly_consume(&(*q)->num, q); }
+
+void quoly_consume(quolynode **q, polynode **p) {
+    scalar_to_poly((*q)->numb, p);
+    free_quoly(q);
+}
+
+void quoly_to_poly(const quolynode *q, polynode **p) {
+    polynode lone{0, 1, nullptr, {q->numb}};
+    node_assign(&lone, p);
 }
 
 int quoly_is_zero(const quolynode *q) { return q->is_num && num_sign(q->numb) == 0; }
@@ -135,7 +153,8 @@ int32_t quoly_to_int(const quolynode *q) {
     }
     if (lintmode) return x->lint_val;
     uint32_t value = 0;
-    for (const numnode *d = x->num_head; d; d = d->next) value = (value << digit_bits) + static_cast<uint32_t>(d->digit);
+    for (const numnode *d = x->num_head; d; d = d->next)
+        value = (value << digit_bits) + static_cast<uint32_t>(d->digit);
     return static_cast<int32_t>(value);
 }
 
