@@ -40,8 +40,8 @@ inline size_t flat_bits(const limb *a, size_t n) {
     return n ? n * limb_bits - static_cast<size_t>(__builtin_clzll(a[n - 1])) : 0;
 }
 
-int flat_compare(const limb *a, const limb *b, size_t n);                     /* -1, 0, 1; n may be 0 */
-int flat_compare(const limb *a, size_t na, const limb *b, size_t nb);         /* both normal */
+int flat_compare(const limb *a, const limb *b, size_t n);             /* -1, 0, 1; n may be 0 */
+int flat_compare(const limb *a, size_t na, const limb *b, size_t nb); /* both normal */
 
 /* Sums and differences; the carry or borrow, 0 or 1, comes back. n may be 0; na is at least nb. */
 limb flat_add(limb *dst, const limb *a, const limb *b, size_t n);

@@ -23,6 +23,10 @@ int32_t sign_of(const numnode *head) { return head->digit < 0 ? -1 : 1; }
 
 /* q := a / b, which goes up, with the sign of the original. */
 void exact_quotient(const poured_limbs &a, const limb *b, size_t n, int32_t sign, number *q) {
+    if (n == 1 && b[0] == 1) {
+        chain_from_limbs(a.data, a.n, sign, q);
+        return;
+    }
     limb_array quotient(a.n - n + 1);
     flat_divide(quotient.data, nullptr, a.data, a.n, b, n);
     chain_from_limbs(quotient.data, quotient.size, sign, q);

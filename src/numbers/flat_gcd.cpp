@@ -103,6 +103,13 @@ struct lehmer_pair {
 
 limb2 double_word(const limb *a, size_t n) { return n > 1 ? static_cast<limb2>(a[1]) << limb_bits | a[0] : a[0]; }
 
+size_t store_double_word(limb *dst, limb2 g) {
+    dst[0] = static_cast<limb>(g);
+    const limb high = static_cast<limb>(g >> limb_bits);
+    if (high) dst[1] = high;
+    return high ? 2 : 1;
+}
+
 /* Steps until y is 0 or x has at most two limbs; the limbs of y, 0 in the first case. */
 size_t reduce_pair(lehmer_pair &p) {
     size_t work = 0;
@@ -160,6 +167,12 @@ limb2 flat_gcd_double_word(limb2 a, limb2 b) {
 
 size_t flat_gcd(limb *dst, limb *a, size_t na, limb *b, size_t nb) {
     if (flat_compare(a, na, b, nb) < 0) return flat_gcd(dst, b, nb, a, na);
+    if (nb == 1) {
+        const limb rest = na == 1 ? a[0] : flat_mod_limb(a, na, b[0]);
+        dst[0] = rest ? flat_gcd_word(b[0], rest) : b[0];
+        return 1;
+    }
+    if (na == 2) return store_double_word(dst, flat_gcd_double_word(double_word(a, 2), double_word(b, 2)));
     buffer<limb> room(3 * nb);
     lehmer_pair p{b, a, room.data(), room.data() + nb, nb};
     if (na > nb)
@@ -173,11 +186,7 @@ size_t flat_gcd(limb *dst, limb *a, size_t na, limb *b, size_t nb) {
         flat_copy(dst, p.x, p.n);
         return p.n;
     }
-    const limb2 g = flat_gcd_double_word(double_word(p.x, p.n), double_word(p.y, ny));
-    dst[0] = static_cast<limb>(g);
-    const limb high = static_cast<limb>(g >> limb_bits);
-    if (high) dst[1] = high;
-    return high ? 2 : 1;
+    return store_double_word(dst, flat_gcd_double_word(double_word(p.x, p.n), double_word(p.y, ny)));
 }
 
 } // namespace tolvek

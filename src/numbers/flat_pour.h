@@ -8,9 +8,7 @@
 
 namespace tolvek {
 
-inline size_t limbs_of_digits(int len) {
-    return (static_cast<size_t>(len) * digit_bits + limb_bits - 1) / limb_bits;
-}
+inline size_t limbs_of_digits(int len) { return (static_cast<size_t>(len) * digit_bits + limb_bits - 1) / limb_bits; }
 
 /* The magnitude of a chain goes to limbs_of_digits(len) limbs; the count of the normal value, 0 for 0, comes back. */
 size_t pour_limbs(limb *dst, const numnode *chain, int len);

@@ -9,7 +9,7 @@ size_t flat_transform_longest = flat_transform_limit;
 
 namespace {
 
-constexpr int point_bits = 80; /* four points are five limbs */
+constexpr int point_bits = 80;              /* four points are five limbs */
 constexpr size_t points_per_stretch = 4096; /* of reading and writing, between two safe points */
 
 size_t points_of(size_t limbs) { return (limbs * limb_bits + point_bits - 1) / point_bits; }
@@ -41,9 +41,9 @@ void load_and_transform(limb *dst, const limb *a, size_t n, const ntt_size &size
 /* What puts three residues together: x = v0 + p0 (v1 + p1 v2) (H. Garner, The residue number system, 1959). */
 struct garner {
     limb p0, p1, p2;
-    ntt_root inverse_01; /* 1 / p0 modulo p1 */
-    ntt_root inverse_012; /* 1 / (p0 p1) modulo p2 */
-    ntt_root inverse_12; /* 1 / p1 modulo p2 */
+    ntt_root inverse_01;    /* 1 / p0 modulo p1 */
+    ntt_root inverse_012;   /* 1 / (p0 p1) modulo p2 */
+    ntt_root inverse_12;    /* 1 / p1 modulo p2 */
     limb p01_low, p01_high; /* p0 p1 */
 
     garner() : p0(ntt_fields[0].p), p1(ntt_fields[1].p), p2(ntt_fields[2].p) {

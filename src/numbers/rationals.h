@@ -8,7 +8,8 @@
 namespace tolvek {
 
 void mult_numb_rat(const quolynode *n, const quolynode *q, quolynode **out); /* number times rational */
-void quot_rat_numb(const quolynode *q, const quolynode *n, quolynode **out); /* rational divided by a number other than 0 */
+void quot_rat_numb(const quolynode *q, const quolynode *n,
+                   quolynode **out); /* rational divided by a number other than 0 */
 void mult_rats(const quolynode *a, const quolynode *b, quolynode **out);
 void quot_rats(const quolynode *a, const quolynode *b, quolynode **out);
 /* n + q with add set, else n - q; and the same for two rationals. */

@@ -85,7 +85,9 @@ TEST_F(flat_divide_test, largest_quotient_limbs_and_equal_top_limbs) {
 TEST_F(flat_divide_test, divisors_of_one_limb) {
     for (int i = 0; i < times(200); i++) {
         const limbs a = rand_limbs_up_to(rnd, 30);
-        const limb d = rnd.one_in(3) ? limb(1 + rnd.below(9)) : rnd.one_in(2) ? ~limb{0} - limb(rnd.below(3)) : rnd() | 1;
+        const limb d = rnd.one_in(3)   ? limb(1 + rnd.below(9))
+                       : rnd.one_in(2) ? ~limb{0} - limb(rnd.below(3))
+                                       : rnd() | 1;
         limbs q(a.size());
         const limb r = flat_divide_limb(q.data(), a.data(), a.size(), d);
         EXPECT_EQ(flat_mod_limb(a.data(), a.size(), d), r);

@@ -77,7 +77,11 @@ TEST_F(flat_radix, powers_of_ten_and_their_neighbours) {
     for (size_t cut : {size_t{1}, flat_radix_cut}) {
         lowered<size_t> low(flat_radix_cut, cut);
         for (size_t n : {1, 7, 8, 9, 15, 16, 17, 31, 32, 33, 100, 480, 481, 1000, 3000}) {
-            const std::string nines(n, '9'), power = "1" + std::string(n, '0'), above = "1" + std::string(n - 1, '0') + "1";
+            const std::string nines(n, '9');
+            std::string power(n + 1, '0');
+            power.front() = '1';
+            std::string above = power;
+            above.back() = '1';
             EXPECT_EQ(figures_of(value_of(nines)), nines);
             EXPECT_EQ(figures_of(value_of(power)), power);
             EXPECT_EQ(figures_of(value_of(above)), above);

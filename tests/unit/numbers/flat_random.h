@@ -31,7 +31,9 @@ inline limbs rand_limbs(test_random &rnd, size_t n) {
 }
 
 /* Mostly short ones, up to n limbs. */
-inline limbs rand_limbs_up_to(test_random &rnd, int n) { return rand_limbs(rnd, 1 + size_t(rnd.below(rnd.one_in(3) ? n : std::min(n, 12)))); }
+inline limbs rand_limbs_up_to(test_random &rnd, int n) {
+    return rand_limbs(rnd, 1 + size_t(rnd.below(rnd.one_in(3) ? n : std::min(n, 12))));
+}
 
 inline limbs normal(limbs a) {
     a.resize(flat_length(a.data(), a.size()));

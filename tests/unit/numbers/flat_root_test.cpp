@@ -54,7 +54,8 @@ TEST_F(flat_root_test, agrees_with_python) {
         const limbs a = rand_limbs_up_to(rnd, 200);
         python.expect("hex(math.isqrt(" + hex_text(a) + "))", hex_text(root_of(a)));
     }
-    for (limb w : {1, 2, 3, 4, 5, 8, 9, 15, 16}) python.expect("hex(math.isqrt(" + std::to_string(w) + "))", hex_text(root_of({w})));
+    for (limb w : {1, 2, 3, 4, 5, 8, 9, 15, 16})
+        python.expect("hex(math.isqrt(" + std::to_string(w) + "))", hex_text(root_of({w})));
 }
 
 TEST_F(flat_root_test, stopped_at_any_safe_point_it_gives_its_memory_back) {
