@@ -1,4 +1,4 @@
-/* The statement &: a switch or a command by one letter. */
+/* The statement &: a switch or a command by one letter, or by "_" and a letter. */
 #include "language/expressions.h"
 #include "quoly/quoly.h"
 #include "top/parse.h"
@@ -6,40 +6,29 @@
 
 namespace tolvek {
 
-struct underscore_letter {
-    char letter;
-    int code;
-};
+static bool is_one_character(const token_record &t) { return !t.text[0] || !t.text[1] || is_end_of_list(t); }
 
-static const underscore_letter underscore_letters[] = {
-    {'d', code_columns}, {'k', code_karatsuba},   {'l', '2'},         {'m', code_exactly},
-    {'n', code_read_in}, {'p', code_leave_level}, {'r', code_random}, {'s', code_suppress},
-    {'t', code_try_rat}, {'G', code_clean_up},    {'L', '5'},         {'P', code_new_level},
-};
-
-constexpr int no_code = -1, refused = -2; /* refused: an error has been reported */
-
-static int code_behind_underscore(const token_record &t) {
-    if (t.text[0] && t.text[1] == 0)
-        for (const underscore_letter &row : underscore_letters)
-            if (row.letter == t.text[0]) return row.code;
-    return no_code;
-}
-
-static int read_code(stream *input, name **cursor) {
+/* The row of the command; null when an error was reported. */
+static const switch_row *read_command_letter(stream *input, name **cursor) {
     scanner(input, token, cursor);
-    if (token.text[0] && token.text[1] && !is_end_of_list(token)) {
+    if (!is_one_character(token)) {
         error(114, token);
-        return refused;
+        return nullptr;
     }
-    if (!token_is(token, "_")) return first_char(token);
-    scanner(input, token, cursor);
-    return code_behind_underscore(token);
+    const switch_row *row = nullptr;
+    if (token_is(token, "_")) {
+        scanner(input, token, cursor);
+        if (is_one_character(token)) row = find_underscore_switch(first_char(token));
+    } else {
+        row = find_switch(first_char(token));
+    }
+    if (!row) error(17, token);
+    return row;
 }
 
 void and_statement(stream *input, quolynode **result, name **cursor) {
-    switch_call call{read_code(input, cursor), input, result, cursor, false, false};
-    if (call.code != refused && !run_switch(call)) error(17, token);
+    switch_call call{read_command_letter(input, cursor), input, result, cursor, false, false};
+    if (call.row) run_switch(call);
     if (!call.keeps_result || !*result) quoly_set(0, result);
     if (!call.token_is_read) scanner(input, token, cursor);
 }

@@ -21,26 +21,17 @@ namespace tolvek {
 
 /* ---- the letter ---- */
 
-struct underscore_letter {
-    char letter, stands_for;
-};
-
-static const underscore_letter underscore_letters[] = {
-    {'d', '4'}, {'l', '2'}, {'r', '3'}, {'s', '6'}, {'t', '5'}, {'L', '7'},
-};
-
 constexpr int no_letter = 0;
 
 static int letter_of(const token_record &t) { return t.text[0] && t.text[1] == 0 ? first_char(t) : no_letter; }
 
+/* Behind "_" a letter of its own, or the same as without. */
 static int read_letter(switch_call &call) {
     scanner(call.input, token, call.cursor);
     if (!token_is(token, "_")) return letter_of(token);
     scanner(call.input, token, call.cursor);
-    int letter = letter_of(token);
-    for (const underscore_letter &row : underscore_letters)
-        if (row.letter == letter) return row.stands_for;
-    return letter;
+    const switch_row *row = find_underscore_assigned(letter_of(token));
+    return row ? row->letter : letter_of(token);
 }
 
 static bool read_equals_sign(switch_call &call, int letter) {
@@ -182,7 +173,7 @@ static void evaluate_value(switch_call &call, bool in_ring, quoly_handle &value)
 }
 
 static void number_switch(switch_call &call, int letter) {
-    const switch_row *row = find_assigned(letter);
+    const switch_row *row = call.row;
     bool by_value = row && row->assign_value;
     bool changes_ring = letter == 'p';
     quoly_handle value;
@@ -253,7 +244,7 @@ static bool read_text(switch_call &call, switch_text &t) {
 static void text_switch(switch_call &call, int letter) {
     switch_text t;
     if (!read_text(call, t) || !closed()) return;
-    const switch_row *row = find_assigned(letter);
+    const switch_row *row = call.row;
     if (letter != 'M' && std::strcmp(t.text, " ") == 0)
         error(33, token);
     else if (row && row->assign_text)
@@ -269,8 +260,8 @@ static bool names_text(int letter) { return letter == 'M' || letter == 'R' || le
 void set_switch(switch_call &call) {
     int letter = read_letter(call);
     if (!read_equals_sign(call, letter)) return;
-    const switch_row *row = find_assigned(letter);
-    if (row && row->assign_rest) return row->assign_rest(call);
+    call.row = find_assigned(letter);
+    if (call.row && call.row->assign_rest) return call.row->assign_rest(call);
     scanner(call.input, token, call.cursor);
     if (letter == '#' && token_is(token, "[")) {
         text_from_array(call);

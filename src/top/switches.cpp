@@ -102,16 +102,14 @@ static void ask_for_number(const switch_row &row, switch_call &call) {
 
 /* ---- the command ---- */
 
-bool run_switch(switch_call &call) {
-    const switch_row *row = find_switch(call.code);
-    if (!row) return false;
-    if (row->run)
-        row->run(call);
-    else if (row->kind == switch_kind::flag)
-        toggle(*row, call);
+void run_switch(switch_call &call) {
+    const switch_row &row = *call.row;
+    if (row.run)
+        row.run(call);
+    else if (row.kind == switch_kind::flag)
+        toggle(row, call);
     else
-        ask_for_number(*row, call);
-    return true;
+        ask_for_number(row, call);
 }
 
 } // namespace tolvek

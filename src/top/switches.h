@@ -7,23 +7,11 @@
 
 namespace tolvek {
 
-/* Codes of the commands &_x, outside the range of characters. */
-enum switch_code {
-    code_columns = 256, /* &_d */
-    code_karatsuba,     /* &_k */
-    code_exactly,       /* &_m( ) */
-    code_read_in,       /* &_n */
-    code_leave_level,   /* &_p */
-    code_random,        /* &_r */
-    code_suppress,      /* &_s */
-    code_try_rat,       /* &_t */
-    code_clean_up,      /* &_G */
-    code_new_level,     /* &_P */
-};
+struct switch_row;
 
 /* One command on its way. Entered with its letter in `token`. */
 struct switch_call {
-    int code; /* the letter, or a switch_code */
+    const switch_row *row;
     stream *input;
     quolynode **result;
     name **cursor;
@@ -31,8 +19,11 @@ struct switch_call {
     bool token_is_read; /* out: the token behind the statement is in `token` */
 };
 
-/* Runs the command; false when no row has its code. */
-bool run_switch(switch_call &call);
+/* The row of the command &x, and that of &_x; null when there is none. */
+const switch_row *find_switch(int letter);
+const switch_row *find_underscore_switch(int letter);
+
+void run_switch(switch_call &call);
 
 /* Sets disp_size, negative values as 0, and disp_cons to match; warns from 1000 on. An interrupt leaves both as they
    were. */

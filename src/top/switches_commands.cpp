@@ -23,7 +23,7 @@ void new_level(switch_call &call) {
 }
 
 void end_loop_early(switch_call &call) {
-    const switch_row &row = *find_switch(call.code);
+    const switch_row &row = *call.row;
     if (*call.cursor)
         *row.variable = 1;
     else

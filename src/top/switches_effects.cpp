@@ -83,7 +83,7 @@ void say_denominator(const char *text) {
 bool denominator_is_1() { return equal(&rand_denom_n, &number_1); }
 
 static void store_denominator(switch_call &call, quoly_handle &value, bool speaks) {
-    const switch_row &row = *find_switch(code_random);
+    const switch_row &row = *call.row;
     if (!value || !value->is_num) {
         error(row.number_error, token);
         return;
@@ -96,7 +96,7 @@ static void store_denominator(switch_call &call, quoly_handle &value, bool speak
 
 void ask_for_denominator(switch_call &call) {
     quoly_handle answer;
-    if (ask(find_switch(code_random)->question, answer_ring::in_force, answer)) store_denominator(call, answer, true);
+    if (ask(call.row->question, answer_ring::in_force, answer)) store_denominator(call, answer, true);
 }
 
 void assign_denominator(switch_call &call, quoly_handle &value) {
@@ -105,7 +105,7 @@ void assign_denominator(switch_call &call, quoly_handle &value) {
 
 /* ---- the prompt ---- */
 
-static void set_prompt(const char *text) {
+static void set_prompt(const switch_row &row, const char *text) {
     if (std::strcmp(text, " ") == 0) {
         prompt[0] = carriage_return_mode;
         prompt[1] = 0;
@@ -114,7 +114,7 @@ static void set_prompt(const char *text) {
         std::strcpy(prompt, *text ? text : " ");
         promptsize = static_cast<int>(std::strlen(prompt));
     }
-    put_format(&standard_output, find_switch('M')->now, promptsize ? prompt : " <cr>");
+    put_format(&standard_output, row.now, promptsize ? prompt : " <cr>");
 }
 
 /* Takes the rest of the line that begins now. Of its characters `room` at most are kept. */
@@ -125,25 +125,25 @@ static void read_line(char *text, int room) {
     text[count] = 0;
 }
 
-void ask_for_prompt(switch_call &) {
+void ask_for_prompt(switch_call &call) {
     constexpr int longest = 9;
     char text[longest + 1];
-    say(find_switch('M')->question);
+    say(call.row->question);
     buffer<char> rest;
     take_rest_of_line(Input, rest);
     read_line(text, longest);
     if (rest.empty()) rest.push('\n');
     put_back_line(Input, rest);
-    set_prompt(text);
+    set_prompt(*call.row, text);
 }
 
-void assign_prompt(switch_call &, const char *text) {
+void assign_prompt(switch_call &call, const char *text) {
     constexpr int longest = sizeof prompt - 1;
     char cut[longest + 1];
     std::strncpy(cut, text, longest);
     cut[longest] = 0;
     if (text[std::strlen(cut)]) sayf("*** Warning.  prompt name truncated to %i characters.\n", longest);
-    set_prompt(cut);
+    set_prompt(*call.row, cut);
 }
 
 } // namespace tolvek

@@ -34,7 +34,7 @@ const switch_row switch_rows[] = {
      .store = calc_disp,
      .style = report_style::value,
      .report = " Display constant is %i.\n"},
-    {.code = code_columns, .letter = '4', .kind = number_kind, .variable = &dispcutoff,
+    {.underscore = 'd', .letter = '4', .kind = number_kind, .variable = &dispcutoff,
      .question = " Enter number of columns to display:\n",
      .number_error = 143,
      .beyond = outside::held,
@@ -42,10 +42,10 @@ const switch_row switch_rows[] = {
      .assigned_now = " Columns to display is now: \n%i\n",
      .any_sign = true,
      .keeps_assigned = true},
-    {.code = code_suppress, .letter = '6', .kind = flag, .variable = &do_line_sup,
+    {.underscore = 's', .letter = '6', .kind = flag, .variable = &do_line_sup,
      .on = " Will suppress output to terminal of long polys.\n",
      .off = " No suppression of output to terminal of long polys.\n"},
-    {.code = '2', .letter = '2', .kind = flag, .variable = &monomial_list,
+    {.code = '2', .underscore = 'l', .letter = '2', .kind = flag, .variable = &monomial_list,
      .quiet = true,
      .on = " Will display polynomials as list of monomials.\n",
      .off = " Will display polynomials in nested form.\n",
@@ -147,7 +147,7 @@ const switch_row switch_rows[] = {
      .assigned_on = " Will use disk space as virtual memory.\n",
      .assigned_off = " No disk space as virtual memory.\n",
      .unchanged = " in using disk space for virtual memory"},
-    {.code = code_random, .letter = '3', .kind = number_kind,
+    {.underscore = 'r', .letter = '3', .kind = number_kind,
      .question = " Enter new denominator for random:\n",
      .number_error = 143,
      .now = " Denominator for random is now: \n",
@@ -166,11 +166,11 @@ const switch_row switch_rows[] = {
      .assigned_now = " poly_cutoff now %i.\n",
      .style = report_style::value,
      .report = " Kartasuba cutoff for poly multiplication is %i.\n"},
-    {.code = code_karatsuba, .kind = number_kind, .variable = &simplest_poly_cutoff,
+    {.underscore = 'k', .kind = number_kind, .variable = &simplest_poly_cutoff,
      .question = " Enter Karatsuba cutoff:\n",
      .number_error = 143,
      .now = " Karatsuba cutoff is now: \n%i\n"},
-    {.code = code_try_rat, .letter = '5', .kind = flag, .variable = &try_rat,
+    {.underscore = 't', .letter = '5', .kind = flag, .variable = &try_rat,
      .on = " Will try fastest probabilistic test for exact poly division.\n",
      .off = " No fastest probabilistic test for exact poly division.\n",
      .changed = set_rat_yes},
@@ -231,7 +231,7 @@ const switch_row switch_rows[] = {
      .now = " Sparse pivot heuristic now %i.\n",
      .style = report_style::value,
      .report = " Sparse pivot heuristic is %i.\n"},
-    {.code = '5', .letter = '7', .kind = flag, .variable = &lagrange_stash,
+    {.code = '5', .underscore = 'L', .letter = '7', .kind = flag, .variable = &lagrange_stash,
      .quiet = true,
      .on = " Will stash coefficents in LaGrange Det computation -- if you have specified a save file.\n",
      .off = " Will not stash coefficents in LaGrange Det computation.\n",
@@ -253,9 +253,9 @@ const switch_row switch_rows[] = {
     {.code = '@', .run = panic_stop},
     {.code = 'q', .run = quit},
     {.code = 'Q', .run = quit},
-    {.code = code_leave_level, .run = leave_level},
-    {.code = code_new_level, .run = new_level},
-    {.code = code_exactly, .run = run_exactly},
+    {.underscore = 'p', .run = leave_level},
+    {.underscore = 'P', .run = new_level},
+    {.underscore = 'm', .run = run_exactly},
     {.code = '>', .variable = &leave_flag, .now = "Warning. &> ignored.\n", .run = end_loop_early},
     {.code = ']', .variable = &cycle_flag, .now = "Warning. &] ignored.\n", .run = end_loop_early},
     {.code = '}', .variable = &exit_flag, .now = "Warning. &} ignored.\n", .run = end_loop_early},
@@ -263,7 +263,7 @@ const switch_row switch_rows[] = {
     {.code = 'o', .run = output_argument},
     {.code = 'g', .run = report_settings},
     {.code = 'G', .run = report_garbage},
-    {.code = code_clean_up, .run = clean_up},
+    {.underscore = 'G', .run = clean_up},
     {.code = 'h', .run = give_memavail},
     {.code = 'j', .run = report_minors},
     {.code = 'T', .run = give_time},
@@ -281,7 +281,7 @@ const switch_row switch_rows[] = {
      .report = " Laurent polynomials allowed.\n"},
     {.code = 'P', .letter = 'P', .run = not_open, .assign_rest = not_open},
     {.code = 'J', .letter = 'J', .run = not_open, .assign_rest = not_open},
-    {.code = code_read_in, .run = not_open},
+    {.underscore = 'n', .run = not_open},
     {.code = 'f', .run = not_open},
     {.code = 'F', .run = not_open},
     {.code = 'r', .letter = 'R', .run = not_open, .assign_text = not_open_for_text},
@@ -299,12 +299,20 @@ template <class test> static const switch_row *find_row(test fits) {
     return nullptr;
 }
 
-const switch_row *find_switch(int code) {
-    return find_row([=](const switch_row &row) { return row.code == code; });
+const switch_row *find_switch(int letter) {
+    return find_row([=](const switch_row &row) { return letter && row.code == letter; });
+}
+
+const switch_row *find_underscore_switch(int letter) {
+    return find_row([=](const switch_row &row) { return letter && row.underscore == letter; });
 }
 
 const switch_row *find_assigned(int letter) {
-    return letter ? find_row([=](const switch_row &row) { return row.letter == letter; }) : nullptr;
+    return find_row([=](const switch_row &row) { return letter && row.letter == letter; });
+}
+
+const switch_row *find_underscore_assigned(int letter) {
+    return find_row([=](const switch_row &row) { return letter && row.letter && row.underscore == letter; });
 }
 
 } // namespace tolvek

@@ -32,8 +32,9 @@ enum class report_style {
 /* How a change is told. Each text is a format for the new value. The texts of the assignment are those of the command
    unless the row has others. */
 struct switch_row {
-    int code = 0;   /* of the command &x: the letter, or a switch_code; 0: there is none */
-    int letter = 0; /* of the assignment &(x = y); 0: there is none */
+    int code = 0;       /* of the command &x; 0: there is none */
+    int underscore = 0; /* of the command &_x and, with a letter, of the assignment &(_x = y) */
+    int letter = 0;     /* of the assignment &(x = y); 0: there is no assignment */
     switch_kind kind = switch_kind::command;
     int *variable = nullptr;
     bool quiet = false;       /* the command says nothing inside a stored list or while a file is read */
@@ -77,9 +78,9 @@ struct switch_row {
 extern const switch_row switch_rows[];
 extern const int switch_row_count;
 
-/* The row of a command, and that of an assignment; null when there is none. */
-const switch_row *find_switch(int code);
+/* The row of the assignment &(x = y), and that of &(_x = y); null when there is none. */
 const switch_row *find_assigned(int letter);
+const switch_row *find_underscore_assigned(int letter);
 
 /* ---- values ---- */
 
