@@ -3,6 +3,7 @@
 #include "numbers/free_lists.h"
 #include "numbers/poison.h"
 #include "numbers/stash.h"
+#include "poly/variables.h"
 #include "top/driver.h"
 #include "top/start_tables.h"
 
@@ -45,6 +46,7 @@ static int64_t quolynodes(int64_t cap) { return list_length(quolygarb, offsetof(
 static int64_t variables(int64_t cap) { return list_length(var_garb, offsetof(variable, next), cap); }
 static int64_t names(int64_t cap) { return list_length(name_garb, offsetof(name, next), cap); }
 static int64_t columns(int64_t cap) { return list_length(colm_garb, offsetof(colm, next), cap); }
+static int64_t poly_variables(int64_t cap) { return list_length(pt_garb, offsetof(pt, pt_next), cap); }
 
 struct garbage_caps {
     int64_t digits, numbers, polynodes, quolynodes;
@@ -75,6 +77,7 @@ static const garbage_line garbage_lines[] = {
     {"var", variables, sizeof(variable), false, false}, {"name", names, sizeof(name), false, false},
     {"poly", polynodes, polynodesize, true, true},      {"quoly", quolynodes, quolysize, true, true},
     {"colm", columns, sizeof(colm), false, false},
+    {"poly pointer", poly_variables, sizeof(pt), false, false},
 };
 
 /* The letter behind a count belongs to the report. */

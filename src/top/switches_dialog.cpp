@@ -49,6 +49,7 @@ static bool answer_is_complete() {
 }
 
 static bool read_answer(answer_ring ring, quoly_handle &answer) {
+    if (!input_ended(Input)) Input->inside_line = true; /* an error drops the answer's line, an empty one too */
     scanner(&Input, token, &zilch);
     if (ring == answer_ring::not_modular) {
         modular_pause pause;

@@ -4,6 +4,7 @@
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
 #include "numbers/number_decimal.h"
+#include "poly/variables.h"
 #include "top/driver.h"
 #include "top/settings.h"
 #include "top/switches_table.h"
@@ -38,6 +39,12 @@ void set_modular_mass() { mod_det_method_cut = rat_det_method_cut / 33; }
 /* ---- polynomials ---- */
 
 void set_rat_yes() { rat_yes = try_rat; }
+
+/* The variables that have the general cut-off follow it. */
+void set_poly_cutoff(int value) {
+    reset_cutoffs(value);
+    poly_cutoff = value;
+}
 
 void refuse_laurent(int) { error(lintmode ? 377 : layer_is_missing, token); }
 

@@ -164,6 +164,7 @@ const switch_row switch_rows[] = {
      .assigned_replaced = " Value entered is too small; will use 6.\n",
      .now = " poly_cutoff: %i\n",
      .assigned_now = " poly_cutoff now %i.\n",
+     .store = set_poly_cutoff,
      .style = report_style::value,
      .report = " Kartasuba cutoff for poly multiplication is %i.\n"},
     {.underscore = 'k', .kind = number_kind, .variable = &simplest_poly_cutoff,

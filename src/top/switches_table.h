@@ -113,6 +113,7 @@ void set_modular_mass();
 void set_interrupt_flags();
 void set_continuation();
 void set_rat_yes();
+void set_poly_cutoff(int value);
 void refuse_laurent(int value);
 void tell_detcutoff();
 void tell_gauss_cutoff();
