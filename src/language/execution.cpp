@@ -5,14 +5,14 @@
 namespace tolvek {
 
 int statcount = 0;
-static buffer<const function *> frames;
+static buffer<call_frame> frames;
 
-const function *running_function(int i) { return frames[static_cast<std::size_t>(i)]; }
+call_frame &running_frame(int i) { return frames[static_cast<std::size_t>(i)]; }
 
-void enter_function(const function *f) {
+int enter_function(const function *f) {
     frames.resize(static_cast<std::size_t>(statcount));
-    frames.push(f);
-    statcount++;
+    frames.push({f, nullptr});
+    return statcount++;
 }
 
 void leave_function() { statcount--; }

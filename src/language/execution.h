@@ -7,16 +7,18 @@
 
 namespace tolvek {
 
-/* A user function. */
-struct function {
-    token_record tok;
-};
+struct function;
 
 /* ---- the functions being evaluated, oldest first ---- */
 
-extern int statcount;                     /* their number; no limit but the stack */
-const function *running_function(int i);  /* 0 is the oldest, statcount - 1 the newest */
-void enter_function(const function *f);
+struct call_frame {
+    const function *called;
+    variable *bound; /* its parameters, linked by next_of_call */
+};
+
+extern int statcount;              /* their number; no limit but the stack */
+call_frame &running_frame(int i);  /* 0 is the oldest, statcount - 1 the newest */
+int enter_function(const function *f); /* the place of the new frame */
 void leave_function();
 constexpr int frames_reported = 500;
 

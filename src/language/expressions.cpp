@@ -34,7 +34,7 @@ void move_value(place &at, quolynode **result) {
 }
 
 void require(const char *text, int n, stream *input, name **cursor) {
-    if (!token_is(token, text))
+    if (!token_equals(token, text))
         error(n, token);
     else
         scanner(input, token, cursor);

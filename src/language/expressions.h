@@ -58,7 +58,4 @@ void read_number(stream *input, quolynode **result, name **cursor);
 /* The token must be `text`; otherwise error n. Then the next token is read. */
 void require(const char *text, int n, stream *input, name **cursor);
 
-/* Reads a name of upper case: a built-in function or a user's. */
-void call_function(stream *input, quolynode **result, name **cursor);
-
 } // namespace tolvek

@@ -1,14 +1,15 @@
 /* Factors: one row of the table below for each way in which a factor begins, then the postfix operators. */
 #include "language/expressions.h"
-#include "language/names.h"
+#include "language/compile.h"
+#include "language/flote_functions.h"
+#include "language/functions.h"
+#include "language/run.h"
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
 #include "top/driver.h"
 #include "top/interrupts.h"
 #include "top/parse.h"
 #include "top/stack_limit.h"
-
-#include <cmath>
 
 namespace tolvek {
 
@@ -46,8 +47,19 @@ static void array_element(factor &f, const token_record &array_name) {
     f.give_zero();
 }
 
+/* A compiled token knows its scalar. */
+static bool bound_value(factor &f) {
+    if (!*f.cursor || !(*f.cursor)->bound) return false;
+    f.at.slot = bound_slot((*f.cursor)->bound);
+    if (!f.at.slot) return false;
+    f.read_on();
+    return true;
+}
+
 static void named_value(factor &f) {
+    if (bound_value(f)) return;
     token_record variable_name = token;
+    if (begins_control_word(token) && !find_variable(variable_name)) return call_sys_func(f.input, f.result, f.cursor);
     hash_of(variable_name, scalar_chains);
     f.read_on();
     if (token_is(token, "[")) return array_element(f, variable_name);
@@ -109,25 +121,6 @@ static void dynamic_array_element(factor &f) {
     f.give_zero();
 }
 
-struct flote_function {
-    const char *name;
-    long double (*compute)(long double);
-};
-
-static const flote_function flote_functions[] = {
-    {"sqrt", std::sqrt}, {"sin", std::sin},   {"cos", std::cos}, {"ln", std::log},
-    {"e", std::exp},     {"atan", std::atan}, {"tan", std::tan}, {"asin", std::asin},
-};
-
-static void apply_flote_function(const token_record &function, number *x) {
-    for (const flote_function &row : flote_functions) {
-        if (!token_is(function, row.name)) continue;
-        x->flote_val = row.compute(x->flote_val);
-        return;
-    }
-    sayf("Warning. function %s is not defined.\n", function.text);
-}
-
 /* _sqrt(x) and its like; outside the float ring the token is left standing. */
 static void flote_function_value(factor &f) {
     if (!flotemode) return;
@@ -138,7 +131,7 @@ static void flote_function_value(factor &f) {
     old_expre(f.input, f.result, f.cursor);
     require(")", 1, f.input, f.cursor);
     if ((*f.result)->is_num)
-        apply_flote_function(function, (*f.result)->numb);
+        (*f.result)->numb->flote_val = apply_flote_function(function, (*f.result)->numb->flote_val);
     else
         error(227, function);
 }
@@ -151,8 +144,7 @@ static void previous_value(factor &f) {
         error(175, token); /* the system array is empty */
         f.give_zero();
     } else if (token_is(token, "F")) {
-        error(*f.cursor ? 225 : 222, token);
-        f.give_zero();
+        rerun_sys_func(f.input, f.result, f.cursor);
     } else if (prevnum) {
         quoly_assign(prevnum, f.result); /* a copy: it can be no target */
     } else {
@@ -179,7 +171,7 @@ struct factor_form {
     factor_reader read;
 };
 
-static const factor_form factor_forms[] = {
+static constexpr factor_form factor_forms[] = {
     {"abcdefghijklmnopqrstuvwxyz", named_value},
     {"0123456789.", number_value},
     {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", function_value},
@@ -194,12 +186,17 @@ static const factor_form factor_forms[] = {
     {"!&?@", statement_value},
 };
 
-static factor_reader reader_of(int c) {
-    for (const factor_form &form : factor_forms)
-        for (const char *p = form.first_characters; *p; p++)
-            if (static_cast<unsigned char>(*p) == c) return form.read;
-    return no_factor;
-}
+/* The same by character. */
+struct factor_readers {
+    factor_reader of[256];
+    constexpr factor_readers() : of{} {
+        for (factor_reader &reader : of) reader = no_factor;
+        for (const factor_form &form : factor_forms)
+            for (const char *p = form.first_characters; *p; p++) of[static_cast<unsigned char>(*p)] = form.read;
+    }
+};
+
+static constexpr factor_readers readers;
 
 /* ---- postfix operators ---- */
 
@@ -231,12 +228,11 @@ static void evaluation(factor &f, bool moving) {
 }
 
 static void read_postfix(factor &f, bool moving) {
-    int c = token.text[1] ? 0 : first_char(token);
-    if (c == '^')
+    if (token_is(token, "^"))
         power(f);
-    else if (c == '!')
+    else if (token_is(token, "!"))
         factorial_of(f);
-    else if (c == '#')
+    else if (token_is(token, "#"))
         evaluation(f, moving);
     while (token_is(token, "\"")) {
         (moving ? move_value : own_value)(f.at, f.result);
@@ -261,7 +257,7 @@ static void read_factor(factor &f, bool moving) {
     safe_point();
     free_quoly(f.result);
     f.at = {};
-    reader_of(first_char(token))(f);
+    readers.of[first_char(token)](f);
     if (*f.result) f.at.slot = f.result;
     read_postfix(f, moving);
     if (*f.result) f.at.slot = f.result;

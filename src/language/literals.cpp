@@ -85,8 +85,39 @@ static void exact_from_figures(const buffer<char> &figures, std::size_t decimals
     fast_quoly_quot(result, divisor.get(), 0);
 }
 
+/* Figures that a machine integer holds; what stands behind them is looked at by the caller. */
+static int64_t short_figures(stream *input, name **cursor, int *count) {
+    constexpr int most = 18; /* below 10^18 < 2^63 */
+    int64_t value = 0;
+    for (*count = 0; *count < most && is_digit(first_char(token)); ++*count) {
+        value = 10 * value + (token.text[0] - '0');
+        scanner(input, token, cursor);
+    }
+    return value;
+}
+
+/* The common literal: a short integer, with nothing behind it that belongs to it. */
+static bool is_whole(int count) {
+    return count > 0 && !is_digit(first_char(token)) && !token_is(token, ".") && !(flotemode && token_is(token, "e"));
+}
+
+static void give_integer(int64_t value, quolynode **result) {
+    if (modularmode) value %= modulus;
+    quoly_set_int64(value, result);
+}
+
+static void write_figures(int64_t value, int count, buffer<char> &text) {
+    for (int i = 0; i < count; i++) text.push('0');
+    for (int i = count - 1; i >= 0; i--, value /= 10) text[static_cast<std::size_t>(i)] = static_cast<char>('0' + value % 10);
+}
+
 void read_number(stream *input, quolynode **result, name **cursor) {
+    int count;
+    int64_t value = short_figures(input, cursor, &count);
+    if (is_whole(count) && (flotemode || modularmode || !lintmode || value <= INT32_MAX))
+        return give_integer(value, result);
     buffer<char> text;
+    write_figures(value, count, text);
     gather_figures(input, cursor, text);
     std::size_t whole = text.size();
     bool decimal_point = token_is(token, ".");

@@ -1,5 +1,7 @@
 #include "language/names.h"
 
+#include "language/functions.h"
+
 #include "numbers/free_lists.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
@@ -11,6 +13,9 @@ namespace tolvek {
 variable *sca_store[scalar_chains];
 static variable *pending_variables = nullptr;
 static quolynode *pending_values = nullptr; /* through `link` */
+
+uint64_t scalar_generation = 1;
+int compiled_functions = 0;
 
 uint16_t hash(const char *text, int m) {
     int h = 0;
@@ -26,7 +31,7 @@ uint16_t hash_of(token_record &t, int m) {
 /* The link that holds the newest variable of the name, or the null link at the end of its chain. */
 static variable **find_link(token_record &t) {
     variable **link = &sca_store[hash_of(t, scalar_chains)];
-    while (*link && std::strcmp((*link)->tok.text, t.text) != 0) link = &(*link)->next;
+    while (*link && !same_text((*link)->tok, t)) link = &(*link)->next;
     return link;
 }
 
@@ -70,21 +75,53 @@ variable *insert_var(token_record &t, quoly_handle &value) {
     }
     v = newvariable();
     v->tok = t;
-    v->param_home = nullptr;
+    v->next_of_call = nullptr;
+    v->by_reference = false;
     v->value = value.release();
-    v->next = sca_store[t.hash_slot];
-    sca_store[t.hash_slot] = v;
+    link_variable(v);
     return v;
+}
+
+/* The record stays whole until the outermost statement has ended. */
+static void retire(variable **link) {
+    scalar_generation++;
+    variable *v = *link;
+    *link = v->next;
+    v->next = pending_variables;
+    pending_variables = v;
 }
 
 bool delete_variable(token_record &t) {
     variable **link = find_link(t);
-    variable *v = *link;
-    if (!v) return false;
-    *link = v->next;
-    v->next = pending_variables;
-    pending_variables = v;
+    if (!*link) return false;
+    retire(link);
     return true;
+}
+
+void link_variable(variable *v) {
+    if (compiled_functions) scalar_generation++;
+    variable **chain = &sca_store[hash_of(v->tok, scalar_chains)];
+    v->next = *chain;
+    *chain = v;
+}
+
+static variable **link_to(variable *v) {
+    variable **link = &sca_store[v->tok.hash_slot];
+    while (*link && *link != v) link = &(*link)->next;
+    return link;
+}
+
+bool unlink_variable(variable *v) {
+    variable **link = link_to(v);
+    if (!*link) return false;
+    if (compiled_functions) scalar_generation++;
+    *link = v->next;
+    return true;
+}
+
+void retire_variable(variable *v) {
+    variable **link = link_to(v);
+    if (*link) retire(link);
 }
 
 static void free_variables(variable **list) {
@@ -96,6 +133,7 @@ static void free_variables(variable **list) {
 }
 
 void forget_variables() {
+    scalar_generation++;
     for (variable *&chain : sca_store) free_variables(&chain);
 }
 
@@ -111,6 +149,7 @@ void store_value(quolynode **slot, quolynode *value) {
 }
 
 void release_pending() {
+    release_retired_forms();
     free_variables(&pending_variables);
     while (quolynode *q = pending_values) {
         pending_values = q->link;

@@ -32,8 +32,18 @@ void spec_retrieve(token_record &t, quolynode **result, quolynode ***location);
 variable *insert_var(token_record &t, quoly_handle &value);
 /* Takes the newest scalar of the name off its chain; false if there is none. */
 bool delete_variable(token_record &t);
+/* Puts a parameter's record at the head of its chain; takes a record off it (false: it is on none); takes it off and lets
+   it wait on the pending list. */
+void link_variable(variable *v);
+bool unlink_variable(variable *v);
+void retire_variable(variable *v);
 /* Deletes all scalars at once, freeing them. For tests. */
 void forget_variables();
+
+/* Grows when scalars go, and with compiled functions when parameters come or go: what tokens are bound to is looked up
+   anew then. */
+extern uint64_t scalar_generation;
+extern int compiled_functions; /* functions that hold bound tokens, or have held them */
 
 /* Stores a new value in a slot; the old one goes, or waits on the pending list at a level above 1. */
 void store_value(quolynode **slot, quolynode *value);

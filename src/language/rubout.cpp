@@ -2,7 +2,7 @@
 
 #include "language/execution.h"
 #include "language/expressions.h"
-#include "language/names.h"
+#include "language/functions.h"
 
 namespace tolvek {
 
@@ -22,13 +22,23 @@ static void delete_arrays(stream *input, name **cursor, bool older_ones) {
     require("]", 24, input, cursor);
 }
 
-/* What stands between < and >: the newest of the name is kept. */
+static void delete_newest_function(stream *input, name **cursor) {
+    if (!delete_function(token)) error(20, token);
+    scanner(input, token, cursor);
+}
+
 static void delete_older(stream *input, name **cursor) {
+    if (!delete_older_functions(token)) error(20, token);
+    scanner(input, token, cursor);
+}
+
+/* What stands between < and >: the newest of the name is kept. */
+static void delete_all_but_newest(stream *input, name **cursor) {
     scanner(input, token, cursor);
     if (token_is(token, "["))
         delete_arrays(input, cursor, true);
     else if (is_upper_letter(first_char(token)))
-        error(20, token);
+        delete_older(input, cursor);
     else
         error(208, token);
     require(">", 128, input, cursor);
@@ -40,9 +50,9 @@ static void single_rubout(stream *input, name **cursor) {
     else if (token_is(token, "["))
         delete_arrays(input, cursor, false);
     else if (is_upper_letter(first_char(token)))
-        error(20, token);
+        delete_newest_function(input, cursor);
     else if (token_is(token, "<"))
-        delete_older(input, cursor);
+        delete_all_but_newest(input, cursor);
     else
         error(21, token);
 }

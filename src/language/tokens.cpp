@@ -28,19 +28,12 @@ const token_record polysign{"J", hash_unknown};
 const token_record modoutsign{"P", hash_unknown};
 const token_record end_of_list{"\xC2\xA5", hash_unknown};
 
-bool token_is(const token_record &t, const char *text) { return std::strcmp(t.text, text) == 0; }
-
-bool is_end_of_list(const token_record &t) { return token_is(t, end_of_list.text); }
+bool token_equals(const token_record &t, const char *text) { return std::strcmp(t.text, text) == 0; }
 
 void set_token(token_record &t, const char *text) {
     t = {};
     std::strncpy(t.text, text, token_bytes - 1);
     t.hash_slot = hash_unknown;
 }
-
-bool is_lower_letter(int c) { return c >= 'a' && c <= 'z'; }
-bool is_upper_letter(int c) { return c >= 'A' && c <= 'Z'; }
-bool is_letter(int c) { return is_lower_letter(c) || is_upper_letter(c); }
-bool is_digit(int c) { return c >= '0' && c <= '9'; }
 
 } // namespace tolvek

@@ -8,6 +8,7 @@
      5  an unwinding takes the functions' frames down and throws
      6  otherwise a command level is opened on this stack (levels.cpp), and error returns when it is left */
 #include "language/execution.h"
+#include "language/functions.h"
 #include "language/scanner.h"
 #include "top/driver.h"
 #include "top/error_report.h"
@@ -36,10 +37,11 @@ static void forget_computation() {
     tripval = 20;
     clear_statement_counters();
     was_modulus = -1;
-    statcount = 0;
+    end_all_calls();
     levelcount = time_level = 1;
     for (time_row &row : time_off) row = {};
     doing_sys_func = func_def_count = 0;
+    last_good_one = last_comm = last_attached = nullptr;
     tt_flag = 1;
     time_to_quit = 0;
     set_token(token, "");

@@ -2,6 +2,7 @@
 
 #include "language/execution.h"
 #include "language/scanner.h"
+#include "language/stored.h"
 #include "top/driver.h"
 
 #include <algorithm>
@@ -117,7 +118,7 @@ static void report_functions() {
     say("*** The most recent function evaluations were:\n ");
     frame_writer writer;
     for (int i = statcount - 1; i >= std::max(0, statcount - frames_reported); i--)
-        writer.add(running_function(i)->tok.text);
+        writer.add(running_frame(i).called->tok.text);
     writer.end_run();
 }
 

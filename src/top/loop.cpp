@@ -5,6 +5,7 @@
 #include "language/scanner.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
+#include "top/error_report.h"
 #include "top/interrupts.h"
 #include "top/parse.h"
 #include "top/startup.h"
@@ -88,6 +89,7 @@ void nested_loop() {
 static void take_up() {
     free_quoly(&sysnum);
     zilch = nullptr;
+    forget_reported_state(); /* the frames that were unwound have put back what they found */
     release_pending();
     say("\n");
     prompt_on_new_line();

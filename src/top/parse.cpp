@@ -57,10 +57,11 @@ static void expression(stream *input, quolynode **result, name **cursor) {
     if (!*result) own_value(at, result);
 }
 
-static bool begins_array_statement(const token_record &t) {
+bool begins_array_statement(const token_record &t) {
     static const char *const words[] = {"Diag", "Trans", "MPowermod", "Adjoint", "Altmult", "Altpower", "~", "[", "\""};
+    if (is_lower_letter(first_char(t))) return false;
     for (const char *word : words)
-        if (token_is(t, word)) return true;
+        if (token_equals(t, word)) return true;
     return false;
 }
 

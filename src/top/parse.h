@@ -13,6 +13,9 @@ void parse(stream *input, quolynode **result, name **cursor);
 /* Does the token end a statement: ";", the end of a stored list, "@" or ":"? */
 bool ends_statement(const token_record &t);
 
+/* Does a statement of the array layer begin with the token? */
+bool begins_array_statement(const token_record &t);
+
 /* Reads and evaluates one statement of a stream, up to its terminator (error 129). */
 void run_statement(stream *input, quolynode **result);
 

@@ -82,18 +82,23 @@ struct token_record {
     uint16_t hash_slot; /* modulo 151 for scalars and arrays, 71 for functions; hash_unknown until computed */
 };
 
-/* One token of a stored list, or one parameter of a function. Free list: name_garb. */
+struct reference;
+
+/* One token of a stored list. Free list: name_garb. */
 struct name {
     token_record tok;
     bool blank_after; /* a blank followed in the source: kept for listings */
     name *next;
+    reference *bound; /* what the token refers to, once compiled (language/compile.h); null otherwise */
 };
 
 /* A scalar variable, chained in sca_store by hash. Free list: var_garb. */
 struct variable {
     token_record tok;
     variable *next;
-    quolynode **param_home; /* a by-reference parameter: the caller's slot; else null */
+    variable *next_of_call; /* a parameter: the next one of the same call */
+    bool by_reference;      /* a parameter whose value goes back to the caller's variable `home` */
+    token_record home;
     quolynode *value;
 };
 

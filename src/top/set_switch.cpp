@@ -121,15 +121,15 @@ static void assign_flag(const switch_row &row, int value) {
 }
 
 /* The words of a number are for a listener: somebody at the prompt, or who asked for comments. */
-static form form_of(const switch_call &call) {
-    return verbose || !*call.cursor ? form::assignment : form::silent_assignment;
+static switch_form form_of(const switch_call &call) {
+    return verbose || !*call.cursor ? switch_form::assignment : switch_form::silent_assignment;
 }
 
 static void assign_number(const switch_row &row, int value, switch_call &call) {
-    form how = form_of(call);
+    switch_form how = form_of(call);
     if (!row.unchanged || *row.variable != value)
         store_number(row, value, how);
-    else if (how == form::assignment)
+    else if (how == switch_form::assignment)
         sayf(" Already had that value; no change%s.\n", row.unchanged);
 }
 

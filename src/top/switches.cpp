@@ -47,7 +47,7 @@ static void toggle(const switch_row &row, switch_call &call) {
 /* ---- numbers ---- */
 
 /* The value to be stored; false when it is refused. */
-static bool bring_within_limits(const switch_row &row, int &value, form how) {
+static bool bring_within_limits(const switch_row &row, int &value, switch_form how) {
     if (row.beyond == outside::stored) return true;
     const setting &limits = *find_setting(row.variable);
     if (value >= limits.least && value <= limits.most) return true;
@@ -60,22 +60,22 @@ static bool bring_within_limits(const switch_row &row, int &value, form how) {
         return true;
     }
     value = row.replacement;
-    if (how == form::answer)
+    if (how == switch_form::answer)
         say(row.replaced);
-    else if (how == form::assignment)
+    else if (how == switch_form::assignment)
         say(row.assigned_replaced);
     return true;
 }
 
-static void say_number(const switch_row &row, form how) {
-    if (how == form::silent_assignment) return;
+static void say_number(const switch_row &row, switch_form how) {
+    if (how == switch_form::silent_assignment) return;
     if (row.tell) return row.tell();
-    const char *now = how == form::assignment && row.assigned_now ? row.assigned_now : row.now;
+    const char *now = how == switch_form::assignment && row.assigned_now ? row.assigned_now : row.now;
     if (now) put_format(&standard_output, now, *row.variable);
-    if (how == form::answer && row.tell_answer) row.tell_answer();
+    if (how == switch_form::answer && row.tell_answer) row.tell_answer();
 }
 
-bool store_number(const switch_row &row, int value, form how) {
+bool store_number(const switch_row &row, int value, switch_form how) {
     if (row.reads_as) value = row.reads_as(value);
     if (!bring_within_limits(row, value, how)) return false;
     if (row.store)
@@ -95,7 +95,7 @@ static void ask_for_number(const switch_row &row, switch_call &call) {
         error(row.number_error, token);
         return;
     }
-    if (!store_number(row, value, form::answer) || !row.keeps_value) return;
+    if (!store_number(row, value, switch_form::answer) || !row.keeps_value) return;
     answer.release_to(call.result);
     call.keeps_result = true;
 }

@@ -1,6 +1,7 @@
 /* Commands without a value: ends, levels, reports, figures of memory and time. */
 #include "language/execution.h"
 #include "language/expressions.h"
+#include "language/stored.h"
 #include "numbers/storage_report.h"
 #include "top/driver.h"
 #include "top/parse.h"
@@ -48,6 +49,13 @@ void run_exactly(switch_call &call) {
 }
 
 /* ---- reports ---- */
+
+/* The listing is all that is shown. */
+void list_functions(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    listfuncs(call.input, call.cursor);
+    call.token_is_read = true;
+}
 
 void report_settings(switch_call &) { global_dump(); }
 

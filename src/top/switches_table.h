@@ -94,9 +94,9 @@ void say_flag(const switch_row &row, bool assigned);
 bool is_forbidden(const switch_row &row);
 
 /* How a number came: by a dialog, or by an assignment, which may have nothing to say. */
-enum class form { answer, assignment, silent_assignment };
+enum class switch_form { answer, assignment, silent_assignment };
 /* Stores a number by the rules of its row and tells it; false when an error was reported. */
-bool store_number(const switch_row &row, int value, form how);
+bool store_number(const switch_row &row, int value, switch_form how);
 
 /* ---- dialogs ---- */
 
@@ -137,6 +137,7 @@ void end_load(switch_call &call);
 void run_exactly(switch_call &call);
 void clean_up(switch_call &call);
 void report_garbage(switch_call &call);
+void list_functions(switch_call &);
 void report_settings(switch_call &call);
 void report_minors(switch_call &call);
 void give_memavail(switch_call &call);

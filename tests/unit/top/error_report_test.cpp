@@ -2,6 +2,7 @@
 #include "top/error_report.h"
 
 #include "language/execution.h"
+#include "language/stored.h"
 #include "language/expressions.h"
 #include "language/names.h"
 #include "language/scanner.h"
@@ -124,10 +125,13 @@ TEST_F(reports, a_definition_that_is_cut_off_or_misread_shows_the_last_whole_lin
     current_func = symbol("Foo");
     const std::string cancelled = "Here is the last line successfully read:\nx\n*** Definition of Foo cancelled.\n";
     EXPECT_EQ(error_text(38), heading(38) + cancelled);
+    last_attached = line.head; /* the unwinding has forgotten it */
     EXPECT_EQ(error_text(103), heading(103) + cancelled);
+    last_attached = line.head;
     func_def_count = 1;
     EXPECT_EQ(error_text(129), heading(129) + cancelled);
-    func_def_count = 0;
+    EXPECT_EQ(func_def_count, 0);
+    last_attached = line.head;
     EXPECT_EQ(error_text(129), heading(129));
 }
 

@@ -1,0 +1,150 @@
+#include "language/builtins.h"
+
+#include "language/builtin_routines.h"
+#include "language/builtin_table.h"
+
+#include <iterator>
+
+namespace tolvek {
+
+struct builtin_entry {
+    const char *name;
+    void (*run)(builtin_call &); /* null: the layer of the function is closed, and the error below is raised */
+    int closed;
+};
+
+/* In the order of the codes. What works on arrays answers that there is none (28); what works on polynomials, that the ring
+   does not allow it (62). */
+static const builtin_entry entries[] = {
+    {"Array", nullptr, 28},
+    {"Bin", nullptr, 62},
+    {"Cast", builtin_cast, 0},
+    {"Chpoly", nullptr, 28},
+    {"Codeg", nullptr, 62},
+    {"Coef", nullptr, 62},
+    {"Colreduce", nullptr, 28},
+    {"Cols", nullptr, 28},
+    {"Content", nullptr, 62},
+    {"Deg", nullptr, 62},
+    {"Denom", builtin_denominator, 0},
+    {"Deriv", nullptr, 62},
+    {"Det", nullptr, 28},
+    {"Detl", nullptr, 28},
+    {"Diag", nullptr, 28},
+    {"Divides", nullptr, 62},
+    {"Egcd", nullptr, 62},
+    {"Equal", builtin_equal, 0},
+    {"Equalneg", builtin_equal_negative, 0},
+    {"FFLU", nullptr, 28},
+    {"FFLUC", nullptr, 28},
+    {"Factor", nullptr, 284},
+    {"Fast", builtin_fast, 0},
+    {"Fcoef", nullptr, 62},
+    {"Func", builtin_function, 0},
+    {"Function", builtin_function, 0},
+    {"GCD", nullptr, 62},
+    {"Ham", nullptr, 28},
+    {"Height", nullptr, 62},
+    {"Hermite", nullptr, 28},
+    {"Irred", nullptr, 284},
+    {"Isprime", nullptr, 62},
+    {"Iszero", nullptr, 28},
+    {"Killden", nullptr, 62},
+    {"LCM", nullptr, 62},
+    {"Lcoef", nullptr, 62},
+    {"Level", nullptr, 62},
+    {"Lmon", nullptr, 62},
+    {"Logdig", nullptr, 62},
+    {"Lower", nullptr, 62},
+    {"Lterm", nullptr, 62},
+    {"M-", nullptr, 62},
+    {"MSmith", nullptr, 28},
+    {"Mcoef", nullptr, 62},
+    {"Mcoefs", nullptr, 62},
+    {"Minors", nullptr, 28},
+    {"Minpoly", nullptr, 28},
+    {"Mode", builtin_mode, 0},
+    {"Modulus", builtin_modulus, 0},
+    {"Monless", nullptr, 62},
+    {"Monlist", nullptr, 28},
+    {"Move", builtin_move, 0},
+    {"Ncoef", nullptr, 62},
+    {"Nmon", nullptr, 62},
+    {"Normalize", nullptr, 28},
+    {"Ntcoef", nullptr, 62},
+    {"Number", builtin_number, 0},
+    {"Numcontent", nullptr, 62},
+    {"Numer", builtin_numerator, 0},
+    {"Numvars", builtin_numvars, 0},
+    {"Pdivide", nullptr, 62},
+    {"Pfroot", nullptr, 284},
+    {"Pint", builtin_cast, 0},
+    {"Poly", nullptr, 28},
+    {"Powermod", nullptr, 62},
+    {"Prime", builtin_prime, 0},
+    {"Prod", builtin_product, 0},
+    {"Pseudet", nullptr, 28},
+    {"RRand", nullptr, 62},
+    {"Raise", nullptr, 62},
+    {"Rand", nullptr, 62},
+    {"Rational", builtin_rational, 0},
+    {"Rcoef", nullptr, 62},
+    {"Redrowech", nullptr, 28},
+    {"Remquot", nullptr, 62},
+    {"Return", builtin_return, 0},
+    {"Reverse", nullptr, 28},
+    {"Rname", builtin_rename, 0},
+    {"Rowreduce", nullptr, 28},
+    {"SDet", nullptr, 28},
+    {"SDivide", nullptr, 62},
+    {"STrans", nullptr, 28},
+    {"Sigma", builtin_sigma, 0},
+    {"Smith", nullptr, 28},
+    {"Sort", nullptr, 28},
+    {"Sparse", nullptr, 28},
+    {"Splice", nullptr, 62},
+    {"Split", nullptr, 62},
+    {"Sqfree", nullptr, 62},
+    {"Sqrt", builtin_square_root, 0},
+    {"Sumup", nullptr, 28},
+    {"Swap", builtin_swap, 0},
+    {"Switchcol", nullptr, 28},
+    {"Switchrow", nullptr, 28},
+    {"Synth", nullptr, 28},
+    {"Tcount", nullptr, 62},
+    {"Terms", nullptr, 62},
+    {"Time", builtin_time, 0},
+    {"Tone", builtin_tone, 0},
+    {"Totdeg", nullptr, 62},
+    {"Trace", nullptr, 28},
+    {"Trans", nullptr, 28},
+    {"True", builtin_true, 0},
+    {"Var", nullptr, 62},
+    {"Vars", nullptr, 62},
+    {"ZZ0", nullptr, 62},
+    {"ZZ1", nullptr, 62},
+    {"ZZ2", nullptr, 62},
+    {"ZZ3", nullptr, 62},
+    {"Zcoef", nullptr, 62},
+};
+
+static_assert(std::size(entries) == builtin_rows);
+
+bool call_builtin(stream *input, quolynode **result, name **cursor) {
+    int code = find_built_in(0, numbuiltins, token.text);
+    if (code < 0) return false;
+    const builtin_entry &entry = entries[code];
+    if (entry.run) {
+        builtin_call call{input, result, cursor, code};
+        entry.run(call);
+    } else {
+        error(entry.closed, token);
+        scanner(input, token, cursor);
+    }
+    if (!*result) quoly_set(0, result);
+    return true;
+}
+
+const char *builtin_entry_name(int code) { return entries[code].name; }
+
+} // namespace tolvek

@@ -1,0 +1,53 @@
+/* Built-in functions of values in general. */
+#include "language/builtin_routines.h"
+#include "poly/model.h"
+#include "quoly/compare.h"
+
+namespace tolvek {
+
+/* A copy of a numerator or denominator as a value of its own. */
+static void give_part(const polynode *p, quolynode **result) {
+    quoly_handle value;
+    *value.slot() = newquoly();
+    value->is_num = value->is_rat = value->array_mark = 0;
+    value->num = value->den = nullptr;
+    poly_assign(p, &value->num);
+    if (is_constant(value->num)) polynum_to_quoly(value.slot());
+    value.release_to(result);
+}
+
+void builtin_numerator(builtin_call &call) {
+    argument value;
+    standard_read(call, value);
+    if (value.is_number())
+        value.give_copy(call.result);
+    else
+        give_part(value.get()->num, call.result);
+}
+
+void builtin_denominator(builtin_call &call) {
+    argument value;
+    standard_read(call, value);
+    const quolynode *q = value.get();
+    if (q->is_num || !q->den)
+        call.give(1);
+    else
+        give_part(q->den, call.result);
+}
+
+/* Reads (^a, ^b) and compares. */
+static void compare(builtin_call &call, int (*holds)(const quolynode *, const quolynode *)) {
+    argument a, b;
+    check_for_paren(call);
+    call.read_on();
+    a.read(call);
+    require_comma(call);
+    b.read(call);
+    close_paren(call);
+    call.give(holds(a.get(), b.get()));
+}
+
+void builtin_equal(builtin_call &call) { compare(call, quoly_equal); }
+void builtin_equal_negative(builtin_call &call) { compare(call, quoly_negtive); }
+
+} // namespace tolvek
