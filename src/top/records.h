@@ -89,7 +89,7 @@ struct name {
     token_record tok;
     bool blank_after; /* a blank followed in the source: kept for listings */
     name *next;
-    reference *bound; /* what the token refers to, once compiled (language/compile.h); null otherwise */
+    reference *bound = nullptr; /* what the token refers to, once compiled (language/compile.h); null otherwise */
 };
 
 /* A scalar variable, chained in sca_store by hash. Free list: var_garb. */
