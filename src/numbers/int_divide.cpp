@@ -4,6 +4,7 @@
    Algorithm D); a divisor of one digit is divided by down the chain itself. */
 #include "numbers/int_divide.h"
 
+#include "numbers/flat_chains.h"
 #include "numbers/handles.h"
 #include "numbers/int_mult.h"
 #include "numbers/number_work.h"
@@ -150,6 +151,10 @@ static void divide_chains(const numnode *a, int len_a, const numnode *b, int len
     }
     if (len_a <= 4 && len_b == 2) {
         divide_in_128_bits(a, len_a, b, q, r);
+        return;
+    }
+    if (len_b >= flat_quotient_cut) {
+        flat_chain_divide(a, len_a, b, len_b, q, r);
         return;
     }
     poured_digits u(a, len_a, 1), v(b, len_b);

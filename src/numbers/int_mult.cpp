@@ -2,6 +2,7 @@
    (A. Karatsuba and Yu. Ofman, 1962). One template serves both radices. */
 #include "numbers/int_mult.h"
 
+#include "numbers/flat_chains.h"
 #include "numbers/handles.h"
 #include "numbers/number_work.h"
 #include "numbers/poured.h"
@@ -172,6 +173,8 @@ void fast_mult(const number *a, const number *b, number *dst) {
         special_set_2(a->num_head->digit, b->num_head->digit, dst);
     else if (a->num_len <= 2 && b->num_len <= 2)
         short_product(a->num_head, a->num_len, b->num_head, b->num_len, dst);
+    else if (minn(a->num_len, b->num_len) >= flat_mult_cut)
+        flat_chain_mult(a->num_head, a->num_len, b->num_head, b->num_len, dst);
     else
         product_of(a->num_head, a->num_len, b->num_head, b->num_len, dst, maxx(multcut, 1), binary_radix{});
 }

@@ -1,4 +1,5 @@
 /* Integer square roots by Newton's iteration from a start that is right in half of its digits. */
+#include "numbers/flat_chains.h"
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_mult.h"
@@ -70,6 +71,8 @@ void int_sqrt(const number *x, number *dst, int) {
     number_handle g;
     if (x->num_len == 1)
         set_chain(static_cast<int64_t>(std::sqrt(static_cast<double>(x->num_head->digit)) + 0.5), &g);
+    else if (x->num_len >= flat_root_cut)
+        flat_chain_root(x->num_head, x->num_len, &g);
     else
         root_of(x->num_head, x->num_len, &g);
     take_chain(&g, dst);

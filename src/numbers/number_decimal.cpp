@@ -1,9 +1,9 @@
 /* Conversion of chains between radix 2^28 and radix 10^8. */
 #include "numbers/number_decimal.h"
 
+#include "numbers/flat_chains.h"
 #include "numbers/handles.h"
 #include "numbers/int_mult.h"
-#include "numbers/int_power.h"
 #include "numbers/number_work.h"
 #include "numbers/poured.h"
 #include "top/interrupts.h"
@@ -126,59 +126,12 @@ static void chain_by_groups(const char *figures, std::size_t count, number *x) {
     chain_from_flat(digits.data, n, 1, x);
 }
 
-/* From this many figures on the text is converted in two parts; measured beside chain_by_groups. */
-constexpr std::size_t figures_split_from = 2000;
-
-/* The powers (10^8)^(base * 2^j) for the splits of one conversion, each the square of the one before. */
-struct tens_powers {
-    static constexpr int most = 48;
-    static constexpr uint32_t base_groups = figures_split_from / figures_a_group / 2;
-    number power[most]{};
-    int made = 0;
-
-    ~tens_powers() {
-        for (number &p : power) special_free(&p);
-    }
-    const number *entry(int j) {
-        for (; made <= j; made++) {
-            if (made > 0) {
-                fast_mult(&power[made - 1], &power[made - 1], &power[made]);
-            } else {
-                set_one_digit(decimal_radix, &power[0]);
-                number_power(&power[0], base_groups);
-            }
-        }
-        return &power[j];
-    }
-};
-
-static void chain_in_halves(const char *figures, std::size_t count, tens_powers &powers, number *x) {
-    if (count < figures_split_from) {
-        chain_by_groups(figures, count, x);
-        return;
-    }
-    safe_point();
-    int j = 0;
-    std::size_t low_count = std::size_t{tens_powers::base_groups} * figures_a_group;
-    while (2 * low_count < count) {
-        low_count *= 2;
-        j++;
-    }
-    number_handle high, low;
-    chain_in_halves(figures, count - low_count, powers, &high);
-    chain_in_halves(figures + (count - low_count), low_count, powers, &low);
-    fast_mult(&high, powers.entry(j), &high);
-    add_in_place(&high, &low, 1, binary_radix{});
-    take_chain(&high, x);
-}
-
 void number_from_figures(const char *figures, std::size_t count, number *x) {
-    chain_form chains;
     for (; count > 1 && *figures == '0'; count--) figures++;
-    tens_powers powers;
-    number_handle value;
-    chain_in_halves(figures, count, powers, &value);
-    take_chain(&value, x);
+    if (count >= flat_figures_cut)
+        flat_chain_figures(figures, count, x);
+    else
+        chain_by_groups(figures, count, x);
 }
 
 } // namespace tolvek

@@ -1,4 +1,5 @@
 /* Numbers written out, with line management. */
+#include "numbers/flat_chains.h"
 #include "numbers/handles.h"
 #include "numbers/number_decimal.h"
 #include "numbers/number_work.h"
@@ -15,7 +16,6 @@ char continuation = '`';
 int alt_form_display = 1;
 
 constexpr int figures_a_group = 8;
-constexpr int from_length_by_parts = 16; /* from here on verybig_base_10 converts */
 constexpr int groups_between_safe_points = 1000;
 
 /* ---- line management ---- */
@@ -92,8 +92,8 @@ void showint(text_out *out, const number *x, int first_bare, int pad, int is_dec
     number_handle converted;
     const number *decimal = x;
     if (!is_decimal && x->num_len > 0) {
-        if (x->num_len >= from_length_by_parts)
-            verybig_base_10(x->num_head, x->num_tail, x->num_len, &converted);
+        if (x->num_len >= flat_decimal_cut)
+            flat_chain_base_10(x->num_head, x->num_len, &converted);
         else
             make_base_10(x, &converted);
         decimal = &converted;

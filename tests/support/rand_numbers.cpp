@@ -166,4 +166,20 @@ numbers_test::~numbers_test() {
     modulus = -1;
 }
 
+void both_methods_test::SetUp() {
+    constexpr int least = 2;
+    const bool flat = GetParam() == method::flat;
+    flat_mult_cut = flat_quotient_cut = flat_root_cut = flat_decimal_cut = flat ? least : INT32_MAX;
+    flat_figures_cut = flat ? least : SIZE_MAX;
+    numbers_test::SetUp();
+}
+
+both_methods_test::~both_methods_test() {
+    flat_mult_cut = mult;
+    flat_quotient_cut = quotient;
+    flat_root_cut = root;
+    flat_decimal_cut = decimal;
+    flat_figures_cut = figures;
+}
+
 } // namespace tolvek

@@ -2,6 +2,7 @@
    Python's integers as the second opinion on what comes out. */
 #pragma once
 
+#include "numbers/flat_chains.h"
 #include "numbers/handles.h"
 #include "numbers/number.h"
 #include "numbers/stash.h"
@@ -63,6 +64,22 @@ struct numbers_test : ::testing::Test {
         long digits, numbers;
     } before{};
 };
+
+/* The same with the plain methods at every length, and with the flat ones from their least length on. A file makes
+   both of its fixture by INSTANTIATE_TEST_SUITE_P(methods, its_fixture, both_methods, method_name). */
+enum class method { plain, flat };
+struct both_methods_test : numbers_test, ::testing::WithParamInterface<method> {
+    void SetUp() override;
+    ~both_methods_test() override;
+
+  private:
+    int mult = flat_mult_cut, quotient = flat_quotient_cut, root = flat_root_cut, decimal = flat_decimal_cut;
+    std::size_t figures = flat_figures_cut;
+};
+inline const auto both_methods = ::testing::Values(method::plain, method::flat);
+inline std::string method_name(const ::testing::TestParamInfo<method> &info) {
+    return info.param == method::plain ? "plain" : "flat";
+}
 
 #define expect_whole(x) EXPECT_EQ(chain_rule_broken(x), 0)
 

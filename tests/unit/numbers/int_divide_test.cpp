@@ -5,10 +5,10 @@
 
 using namespace tolvek;
 
-struct quotients : numbers_test {
+struct quotients : both_methods_test {
     number_handle a, b, q, r;
     void SetUp() override {
-        numbers_test::SetUp();
+        both_methods_test::SetUp();
         pos_mod = 1;
     }
     void check_identity(const std::string &what) {
@@ -21,8 +21,9 @@ struct quotients : numbers_test {
         EXPECT_TRUE(num_sign(&r) >= 0 && bigger(&b, &r)) << what;
     }
 };
+INSTANTIATE_TEST_SUITE_P(methods, quotients, both_methods, method_name);
 
-TEST_F(quotients, q_times_b_plus_r_is_a) {
+TEST_P(quotients, q_times_b_plus_r_is_a) {
     for (int i = times(1500); i > 0; i--) {
         rand_number(rnd, 40, &a, signs::not_negative);
         rand_number(rnd, rnd.one_in(2) ? 4 : 40, &b, signs::positive);
@@ -37,7 +38,7 @@ TEST_F(quotients, q_times_b_plus_r_is_a) {
 }
 
 /* Operands made backwards, a = q * b + r with r close to 0 or to b: the estimates of quotient digits are off. */
-TEST_F(quotients, of_operands_made_from_their_answer) {
+TEST_P(quotients, of_operands_made_from_their_answer) {
     number_handle want_q, want_r;
     for (int i = times(1500); i > 0; i--) {
         rand_number(rnd, 12, &b, signs::positive);
@@ -54,7 +55,7 @@ TEST_F(quotients, of_operands_made_from_their_answer) {
     }
 }
 
-TEST_F(quotients, zero_digits_in_the_middle) {
+TEST_P(quotients, zero_digits_in_the_middle) {
     for (int zeros = 1; zeros < 12; zeros++) {
         rand_number(rnd, 5, &b, signs::positive);
         num_assign(&b, &a);
@@ -66,7 +67,7 @@ TEST_F(quotients, zero_digits_in_the_middle) {
     }
 }
 
-TEST_F(quotients, every_destination_may_be_an_operand) {
+TEST_P(quotients, every_destination_may_be_an_operand) {
     number_handle x, y;
     for (int i = times(200); i > 0; i--) {
         rand_number(rnd, 12, &a, signs::not_negative);
@@ -90,7 +91,7 @@ TEST_F(quotients, every_destination_may_be_an_operand) {
     }
 }
 
-TEST_F(quotients, one_step_gives_one_digit) {
+TEST_P(quotients, one_step_gives_one_digit) {
     for (int i = times(500); i > 0; i--) {
         rand_number(rnd, 10, &b, signs::positive);
         number_handle digit;
@@ -108,7 +109,7 @@ TEST_F(quotients, one_step_gives_one_digit) {
     EXPECT_TRUE(is_longint(&r, 2));
 }
 
-TEST_F(quotients, both_results_have_the_sign_of_a_times_b) {
+TEST_P(quotients, both_results_have_the_sign_of_a_times_b) {
     struct row {
         int a, b, q, r;
     };
@@ -137,7 +138,7 @@ TEST_F(quotients, both_results_have_the_sign_of_a_times_b) {
     }
 }
 
-TEST_F(quotients, a_zero_divisor_leaves_both_as_they_were) {
+TEST_P(quotients, a_zero_divisor_leaves_both_as_they_were) {
     set_int64(3, &q);
     set_int64(4, &r);
     divide(&number_10, &number_0, &q, &r);
@@ -145,7 +146,7 @@ TEST_F(quotients, a_zero_divisor_leaves_both_as_they_were) {
     EXPECT_TRUE(is_longint(&r, 4));
 }
 
-TEST_F(quotients, the_operators_give_a_remainder_that_is_not_negative) {
+TEST_P(quotients, the_operators_give_a_remainder_that_is_not_negative) {
     struct row {
         int a, b, q, r, signed_r;
     };
@@ -176,7 +177,7 @@ TEST_F(quotients, the_operators_give_a_remainder_that_is_not_negative) {
     pos_mod = 1;
 }
 
-TEST_F(quotients, the_operators_agree_with_python) {
+TEST_P(quotients, the_operators_agree_with_python) {
     for (int positive : {0, 1}) {
         pos_mod = positive;
         for (int i = times(200); i > 0; i--) {
@@ -200,7 +201,7 @@ TEST_F(quotients, the_operators_agree_with_python) {
     pos_mod = 1;
 }
 
-TEST_F(quotients, of_floats_have_remainder_0) {
+TEST_P(quotients, of_floats_have_remainder_0) {
     flotemode = lintmode = 1;
     a.flote_val = 7;
     b.flote_val = 2;
@@ -209,7 +210,7 @@ TEST_F(quotients, of_floats_have_remainder_0) {
     EXPECT_EQ(r.flote_val, 0.0L);
 }
 
-TEST_F(quotients, the_least_integer_by_minus_one_does_not_trap) {
+TEST_P(quotients, the_least_integer_by_minus_one_does_not_trap) {
     lintmode = 1;
     a.lint_val = INT32_MIN;
     b.lint_val = -1;
@@ -218,7 +219,7 @@ TEST_F(quotients, the_least_integer_by_minus_one_does_not_trap) {
     EXPECT_EQ(q.lint_val, INT32_MIN);
 }
 
-TEST_F(quotients, reading_a_small_number) {
+TEST_P(quotients, reading_a_small_number) {
     lintmode = flotemode = 1;
     EXPECT_EQ(quotient_of(&number_10, 1), 10);
     EXPECT_EQ(quotient_of(&number_10, 3), 3);
@@ -234,7 +235,7 @@ TEST_F(quotients, reading_a_small_number) {
     }
 }
 
-TEST_F(quotients, cutting_down_to_the_last_digits) {
+TEST_P(quotients, cutting_down_to_the_last_digits) {
     for (int i = times(300); i > 0; i--) {
         rand_number(rnd, 10, &a, signs::not_negative);
         const int len = 1 + rnd.below(6);

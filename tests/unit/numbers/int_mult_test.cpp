@@ -7,9 +7,10 @@
 
 using namespace tolvek;
 
-struct products : numbers_test {
+struct products : both_methods_test {
     number_handle a, b, c;
 };
+INSTANTIATE_TEST_SUITE_P(methods, products, both_methods, method_name);
 
 struct cut_off_of_4 {
     int found = multcut;
@@ -25,7 +26,7 @@ static numnode *node_before_tail(const number *x) {
     return before;
 }
 
-TEST_F(products, with_0_are_one_node_holding_0) {
+TEST_P(products, with_0_are_one_node_holding_0) {
     set_hex("-0x123456789abcdef123456789abcdef", &a);
     for (product_routine mult : {multiply, fast_mult, base_10_multiply, base_10_fast_mult}) {
         mult(&a, &number_0, &c);
@@ -46,7 +47,7 @@ TEST_F(products, with_0_are_one_node_holding_0) {
     EXPECT_TRUE(is_longint(&c, 0));
 }
 
-TEST_F(products, by_one_digit_agree_with_python) {
+TEST_P(products, by_one_digit_agree_with_python) {
     numnode *penultimate;
     for (int i = times(800); i > 0; i--) {
         rand_number(rnd, 20, &a);
@@ -67,7 +68,7 @@ TEST_F(products, by_one_digit_agree_with_python) {
     }
 }
 
-TEST_F(products, agree_with_python) {
+TEST_P(products, agree_with_python) {
     for (int i = times(500); i > 0; i--) {
         rand_number(rnd, rnd.one_in(10) ? 200 : 40, &a);
         rand_number(rnd, rnd.one_in(10) ? 200 : 40, &b);
@@ -94,7 +95,7 @@ TEST_F(products, agree_with_python) {
 }
 
 /* Enough rows for the columns' carries to run on the way: maximal digits throughout. */
-TEST_F(products, of_long_runs_of_maximal_digits) {
+TEST_P(products, of_long_runs_of_maximal_digits) {
     for (int digits : {255, 256, 257, 300, 600}) {
         const std::string text = "0x" + std::string(static_cast<std::size_t>(7 * digits), 'f');
         set_hex(text, &a);
@@ -116,7 +117,7 @@ TEST_F(products, of_long_runs_of_maximal_digits) {
     python.expect(nines + "**2", decimal_of(&c));
 }
 
-TEST_F(products, on_both_sides_of_the_cut_off_are_the_same) {
+TEST_P(products, on_both_sides_of_the_cut_off_are_the_same) {
     for (auto [la, lb] :
          {std::pair{16, 16}, {17, 17}, {16, 17}, {17, 33}, {17, 34}, {33, 17}, {34, 17}, {65, 64}, {130, 67}}) {
         rand_number_of_length(rnd, la, &a);
@@ -129,7 +130,7 @@ TEST_F(products, on_both_sides_of_the_cut_off_are_the_same) {
     }
 }
 
-TEST_F(products, of_operands_with_many_trailing_zeros) {
+TEST_P(products, of_operands_with_many_trailing_zeros) {
     for (int kept = 1; kept < 20; kept++) {
         rand_number_of_length(rnd, kept, &a);
         rand_number_of_length(rnd, kept, &b);
@@ -142,7 +143,7 @@ TEST_F(products, of_operands_with_many_trailing_zeros) {
     }
 }
 
-TEST_F(products, a_destination_may_be_an_operand) {
+TEST_P(products, a_destination_may_be_an_operand) {
     for (int i = times(100); i > 0; i--) {
         rand_number(rnd, 60, &a);
         rand_number(rnd, 60, &b);
@@ -163,7 +164,7 @@ TEST_F(products, a_destination_may_be_an_operand) {
     }
 }
 
-TEST_F(products, in_decimal_form_agree_with_python) {
+TEST_P(products, in_decimal_form_agree_with_python) {
     numnode *penultimate;
     for (int i = times(300); i > 0; i--) {
         rand_number(rnd, 50, &a, signs::both, decimal_radix);
@@ -183,7 +184,7 @@ TEST_F(products, in_decimal_form_agree_with_python) {
     }
 }
 
-TEST_F(products, of_32_bit_integers) {
+TEST_P(products, of_32_bit_integers) {
     lintmode = flotemode = 1; /* these work on the chain whatever the ring */
     for (auto [x, y] : {std::pair{0, 5},
                         {3, -7},
@@ -208,7 +209,7 @@ TEST_F(products, of_32_bit_integers) {
     EXPECT_TRUE(sparse_oversize(INT32_MAX, INT32_MAX));
 }
 
-TEST_F(products, a_refused_digit_leaves_everything_as_it_was) {
+TEST_P(products, a_refused_digit_leaves_everything_as_it_was) {
     cut_off_of_4 low;
     const std::string ta = "0x" + std::string(70, 'e'), tb = "-0x" + std::string(90, 'd');
     for (bool split : {false, true}) {

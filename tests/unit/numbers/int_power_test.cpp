@@ -7,11 +7,12 @@
 
 using namespace tolvek;
 
-struct powers : numbers_test {
+struct powers : both_methods_test {
     number_handle x, y;
 };
+INSTANTIATE_TEST_SUITE_P(methods, powers, both_methods, method_name);
 
-TEST_F(powers, agree_with_python) {
+TEST_P(powers, agree_with_python) {
     for (uint32_t n : {0u, 1u, 2u, 3u, 7u, 31u, 100u}) {
         for (int i = times(10); i > 0; i--) {
             rand_number(rnd, 6, &x);
@@ -23,7 +24,7 @@ TEST_F(powers, agree_with_python) {
     }
 }
 
-TEST_F(powers, with_exponent_0_are_1_in_every_form) {
+TEST_P(powers, with_exponent_0_are_1_in_every_form) {
     set_int64(0, &x);
     number_power(&x, 0);
     EXPECT_TRUE(is_longint(&x, 1));
@@ -43,7 +44,7 @@ TEST_F(powers, with_exponent_0_are_1_in_every_form) {
     EXPECT_EQ(x.flote_val, 1.0L);
 }
 
-TEST_F(powers, in_the_small_rings) {
+TEST_P(powers, in_the_small_rings) {
     lintmode = 1;
     x.lint_val = 3;
     number_power(&x, 21); /* 3^21 - 2 * 2^32 = 1870418611 */
@@ -63,7 +64,7 @@ TEST_F(powers, in_the_small_rings) {
     EXPECT_EQ(x.flote_val, 7.59375L);
 }
 
-TEST_F(powers, a_long_one_has_all_its_digits) {
+TEST_P(powers, a_long_one_has_all_its_digits) {
     set_int64(2, &x);
     number_power(&x, 1000000);
     EXPECT_EQ(x.num_len, 1000000 / 28 + 1);
@@ -71,7 +72,7 @@ TEST_F(powers, a_long_one_has_all_its_digits) {
     expect_whole(&x);
 }
 
-TEST_F(powers, squares_of_a_prime_ring) {
+TEST_P(powers, squares_of_a_prime_ring) {
     lintmode = modularmode = 1;
     for (int32_t p : {3, 5, 7, 11, 101, 499}) {
         modulus = p;
@@ -82,7 +83,7 @@ TEST_F(powers, squares_of_a_prime_ring) {
     }
 }
 
-TEST_F(powers, residues_of_chains) {
+TEST_P(powers, residues_of_chains) {
     modularmode = lintmode = 1;
     for (int32_t m : {2, 7, 65521, digit_radix - 57, digit_radix + 3, 2147483629}) {
         for (int i = times(20); i > 0; i--) {
@@ -95,7 +96,7 @@ TEST_F(powers, residues_of_chains) {
     }
 }
 
-TEST_F(powers, products_of_ranges) {
+TEST_P(powers, products_of_ranges) {
     for (auto [from, to] : {std::pair{1, 1}, {1, 5}, {1, 6}, {10, 14}, {10, 15}, {7, 300}, {250000000, 250000040}}) {
         multout(from, to, &x, nullptr);
         expect_whole(&x);
@@ -113,7 +114,7 @@ TEST_F(powers, products_of_ranges) {
     EXPECT_EQ(x.flote_val, 479001600.0L);
 }
 
-TEST_F(powers, factorials_agree_with_python) {
+TEST_P(powers, factorials_agree_with_python) {
     for (int n = 0; n <= times(260); n++) {
         set_int64(n, &x);
         factorial(&x);
@@ -126,7 +127,7 @@ TEST_F(powers, factorials_agree_with_python) {
     python.expect("hex(math.factorial(3000))", hex_of(&x));
 }
 
-TEST_F(powers, the_table_of_factorials) {
+TEST_P(powers, the_table_of_factorials) {
     int32_t argument = -1;
     EXPECT_TRUE(is_longint(fact_entry(0, &argument), 1));
     EXPECT_EQ(argument, 0);
@@ -142,7 +143,7 @@ TEST_F(powers, the_table_of_factorials) {
     }
 }
 
-TEST_F(powers, factorials_of_small_integers_wrap_at_13) {
+TEST_P(powers, factorials_of_small_integers_wrap_at_13) {
     lintmode = 1;
     int64_t exact = 1;
     for (int n = 0; n < 14; n++) {
@@ -153,7 +154,7 @@ TEST_F(powers, factorials_of_small_integers_wrap_at_13) {
     }
 }
 
-TEST_F(powers, factorials_of_residues) {
+TEST_P(powers, factorials_of_residues) {
     lintmode = modularmode = 1;
     for (int32_t p : {2, 7, 11, 101, 65521, 268435459, 2147483629})
         for (int n : {0, 1, 5, 9, 10, 11, 25, 100, 1000}) {
@@ -164,7 +165,7 @@ TEST_F(powers, factorials_of_residues) {
         }
 }
 
-TEST_F(powers, factorials_of_floats) {
+TEST_P(powers, factorials_of_floats) {
     flotemode = lintmode = 1;
     for (auto [n, value] : {std::pair{0.0L, 1.0L},
                             {1.0L, 1.0L},
@@ -187,7 +188,7 @@ TEST_F(powers, factorials_of_floats) {
 
 /* ---- roots ---- */
 
-TEST_F(powers, roots_of_one_digit_round_to_nearest) {
+TEST_P(powers, roots_of_one_digit_round_to_nearest) {
     for (int v : {1, 2, 3, 4, 6, 7, 8, 9, 12, 13, 16, digit_mask, 16383 * 16383, 16384 * 16383}) {
         set_int64(v, &x);
         int_sqrt(&x, &y, 1);
@@ -196,13 +197,13 @@ TEST_F(powers, roots_of_one_digit_round_to_nearest) {
     }
 }
 
-TEST_F(powers, the_root_of_2_to_the_56_less_1) {
+TEST_P(powers, the_root_of_2_to_the_56_less_1) {
     set_int64((int64_t{1} << 56) - 1, &x);
     int_sqrt(&x, &y, 1);
     EXPECT_TRUE(is_longint(&y, digit_mask));
 }
 
-TEST_F(powers, roots_are_floors_from_two_digits_on) {
+TEST_P(powers, roots_are_floors_from_two_digits_on) {
     for (int cut : {6, 16}) {
         sqcut = cut;
         for (int i = times(300); i > 0; i--) {
@@ -218,7 +219,7 @@ TEST_F(powers, roots_are_floors_from_two_digits_on) {
     sqcut = 16;
 }
 
-TEST_F(powers, roots_beside_perfect_squares) {
+TEST_P(powers, roots_beside_perfect_squares) {
     number_handle root, square;
     for (int i = times(300); i > 0; i--) {
         rand_number(rnd, 30, &root, signs::positive);

@@ -5,11 +5,12 @@
 
 using namespace tolvek;
 
-struct decimals : numbers_test {
+struct decimals : both_methods_test {
     number_handle x, y;
 };
+INSTANTIATE_TEST_SUITE_P(methods, decimals, both_methods, method_name);
 
-TEST_F(decimals, the_table_of_powers) {
+TEST_P(decimals, the_table_of_powers) {
     for (int i = 0; i < 130; i++) {
         const number *entry = two_28_entry(i);
         EXPECT_EQ(chain_rule_broken(entry, decimal_radix), 0);
@@ -17,7 +18,7 @@ TEST_F(decimals, the_table_of_powers) {
     }
 }
 
-TEST_F(decimals, conversion_agrees_with_python) {
+TEST_P(decimals, conversion_agrees_with_python) {
     for (int i = times(400); i > 0; i--) {
         rand_number(rnd, 40, &x);
         make_base_10(&x, &y);
@@ -26,7 +27,7 @@ TEST_F(decimals, conversion_agrees_with_python) {
     }
 }
 
-TEST_F(decimals, both_conversions_agree_on_both_sides_of_every_split) {
+TEST_P(decimals, both_conversions_agree_on_both_sides_of_every_split) {
     for (int len : {1,  2,  8,  9,   10,  11,  15,  16,  17,  18,  19,  20,  21,
                     38, 39, 75, 130, 131, 259, 260, 261, 262, 270, 400, 521, 530}) {
         for (int i = times(3); i > 0; i--) {
@@ -41,7 +42,7 @@ TEST_F(decimals, both_conversions_agree_on_both_sides_of_every_split) {
     }
 }
 
-TEST_F(decimals, lower_parts_of_zeros) {
+TEST_P(decimals, lower_parts_of_zeros) {
     for (int zeros : {1, 8, 9, 20, 130, 131, 300, 600}) {
         set_int64(-12345, &x);
         fillout(&x, zeros);
@@ -52,7 +53,7 @@ TEST_F(decimals, lower_parts_of_zeros) {
 }
 
 /* From 1 to 5,000 figures: 10^n and what lies beside it, and random figures. */
-TEST_F(decimals, printing_agrees_with_python) {
+TEST_P(decimals, printing_agrees_with_python) {
     for (int n = 1; n <= 5000; n += n < 40 ? 1 : n < 1000 ? 37 : 331) {
         std::string figures;
         for (int i = 0; i < n; i++) figures += static_cast<char>('0' + rnd.below(10));
@@ -69,7 +70,7 @@ TEST_F(decimals, printing_agrees_with_python) {
     }
 }
 
-TEST_F(decimals, figures_with_leading_zeros_and_none) {
+TEST_P(decimals, figures_with_leading_zeros_and_none) {
     for (auto [text, value] : {std::pair{"0", 0}, {"000", 0}, {"00000000000000000012", 12}, {"", 0}, {"00000001", 1}}) {
         number_from_figures(text, std::char_traits<char>::length(text), &x);
         EXPECT_TRUE(is_longint(&x, value)) << text;
@@ -77,14 +78,14 @@ TEST_F(decimals, figures_with_leading_zeros_and_none) {
     }
 }
 
-TEST_F(decimals, figures_are_read_into_a_chain_whatever_the_ring) {
+TEST_P(decimals, figures_are_read_into_a_chain_whatever_the_ring) {
     flotemode = lintmode = 1;
     number_from_figures("123456789012345678901234567890", 30, &x);
     EXPECT_EQ(hex_of(&x), "0x18ee90ff6c373e0ee4e3f0ad2"); /* hex() of it in Python */
     EXPECT_EQ(flotemode, 1);
 }
 
-TEST_F(decimals, long_texts_on_both_sides_of_the_split) {
+TEST_P(decimals, long_texts_on_both_sides_of_the_split) {
     for (std::size_t n : {1990u, 1999u, 2000u, 2001u, 2007u, 2008u, 2009u, 4000u, 4001u, 8001u, 20000u}) {
         std::string figures(n, '0');
         for (char &c : figures) c = rnd.one_in(3) ? '0' : static_cast<char>('0' + rnd.below(10));
