@@ -7,6 +7,7 @@
 #include "top/guards.h"
 #include "top/interrupts.h"
 #include "top/loop.h"
+#include "top/stack_limit.h"
 
 namespace tolvek {
 
@@ -82,7 +83,10 @@ static statement_runner runner_of(const token_record &t) {
     }
 }
 
-void parse(stream *input, quolynode **result, name **cursor) { runner_of(token)(input, result, cursor); }
+void parse(stream *input, quolynode **result, name **cursor) {
+    check_stack(); /* &_m(...) holds statements inside statements */
+    runner_of(token)(input, result, cursor);
+}
 
 void run_statement(stream *input, quolynode **result) {
     ddummy = bozo = warn_cnt = 0;

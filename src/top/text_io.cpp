@@ -32,7 +32,12 @@ static ssize_t read_some_from_system(int fd, char *to, std::size_t room) {
         errno = why;
         return -1;
     }
-    return read(fd, to, room);
+    ssize_t count = read(fd, to, room);
+    if (count == 0 && (wanted.revents & POLLERR)) { /* a terminal that has gone reads as an end */
+        errno = EIO;
+        return -1;
+    }
+    return count;
 }
 
 static ssize_t write_some_to_system(int fd, const char *from, std::size_t count) { return write(fd, from, count); }
