@@ -3,6 +3,7 @@
 #include "display/show_quoly.h"
 #include "language/names.h"
 #include "language/scanner.h"
+#include "poly/variables.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
 #include "top/error_report.h"
@@ -50,7 +51,7 @@ static void show_value(quolynode *value) {
     if (noisy) flush(&standard_output);
     int column = 0;
     if (noisy && !token_is(token, "@")) quoly_display_value(Output, value, &column);
-    if (noisy && extra_line) say("\n");
+    if (!polynames && noisy && extra_line) say("\n");
 }
 
 /* Reads, runs and shows one statement. False: it leaves the command level. */
