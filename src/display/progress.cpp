@@ -2,12 +2,12 @@
 
 #include "display/folding.h"
 #include "numbers/number.h"
-#include "top/settings.h"
 
 #include <cmath>
 
 namespace tolvek {
 
+int verbose, windy; /* values come from top/defaults.cpp at start-up */
 int dumpitt_level = 0;
 int dumpitt_length = 0;
 int64_t suppressor = 1;

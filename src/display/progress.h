@@ -14,6 +14,8 @@
 
 namespace tolvek {
 
+extern int verbose, windy; /* comments on the progress of long computations; more of them */
+
 extern int dumpitt_level;  /* depth; 0 outside long computations */
 extern int dumpitt_length; /* columns used in the line */
 extern int64_t suppressor; /* product of the loop counts of the enclosing levels, held below 2^31 */

@@ -3,7 +3,6 @@
 
 #include "poly/model.h"
 #include "top/interrupts.h"
-#include "top/settings.h"
 
 namespace tolvek {
 

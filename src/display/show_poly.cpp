@@ -5,9 +5,10 @@
 #include "poly/model.h"
 #include "top/guards.h"
 #include "top/interrupts.h"
-#include "top/settings.h"
 
 namespace tolvek {
+
+int monomial_list, do_line_sup; /* values come from top/defaults.cpp at start-up */
 
 /* ---- parentheses and signs ---- */
 

@@ -13,6 +13,9 @@
 
 namespace tolvek {
 
+extern int monomial_list; /* polynomials of several variables are shown as lists of monomials */
+extern int do_line_sup;   /* long polynomials are cut short on the screen */
+
 constexpr int most_lines_on_screen = 151;
 
 struct poly_style {

@@ -6,7 +6,6 @@
 #include "numbers/int_mult.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
-#include "top/settings.h"
 
 namespace tolvek {
 

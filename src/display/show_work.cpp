@@ -3,7 +3,6 @@
 
 #include "numbers/number.h"
 #include "poly/model.h"
-#include "top/settings.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,5 +1,7 @@
 #include "top/defaults.h"
 
+#include "display/progress.h"
+#include "display/show_poly.h"
 #include "language/scanner.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_mult.h"

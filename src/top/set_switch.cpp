@@ -7,6 +7,7 @@
      6  a text: its characters, ")", then the row of the letter */
 #include "top/set_switch.h"
 
+#include "display/progress.h"
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "numbers/free_lists.h"

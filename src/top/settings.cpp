@@ -15,7 +15,7 @@ int lagrangecut, lagrange_stash;
 int pseudet_heur, mod_matrix_ok, chpoly_block;
 int init_max_stash, init_min_stash;
 
-int monomial_list, do_line_sup, nomodpolyreadin, verbose, windy;
+int nomodpolyreadin;
 
 int diskstore, danger_ok;
 

@@ -39,12 +39,9 @@ extern int chpoly_block;       /* off: changes of ring make images of the tables
 extern int init_max_stash;     /* the largest minors that are stashed have so many rows less than the matrix */
 extern int init_min_stash;     /* rows of the smallest minors that are stashed */
 
-/* ---- display and reading ---- */
+/* ---- reading ---- */
 
-extern int monomial_list;   /* polynomials are shown as lists of monomials */
-extern int do_line_sup;     /* long polynomials are cut short on the terminal */
 extern int nomodpolyreadin; /* integers read behind &_n are not reduced modulo the modulus */
-extern int verbose, windy;  /* comments on the progress of long computations; more of them */
 
 /* ---- memory and interrupts ---- */
 

@@ -2,6 +2,7 @@
    others have routines here. */
 #include "top/settings_report.h"
 
+#include "display/progress.h"
 #include "numbers/number.h"
 #include "top/driver.h"
 #include "top/settings.h"

@@ -1,4 +1,5 @@
 /* Commands without a value: ends, levels, reports, figures of memory and time. */
+#include "display/listings.h"
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/stored.h"
@@ -135,8 +136,11 @@ void not_open_for_text(switch_call &, const char *) { error(layer_is_missing, to
 void list_variables(switch_call &call) {
     scanner(call.input, token, call.cursor);
     call.token_is_read = true;
-    bool legal = token_is(token, ";") || token_is(token, ":");
-    error(legal ? layer_is_missing : 303, token);
+    const bool with_values = token_is(token, ";");
+    if (with_values || token_is(token, ":"))
+        listvars(with_values);
+    else
+        error(303, token);
 }
 
 void stash_gcds(switch_call &call) {

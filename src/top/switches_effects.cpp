@@ -1,4 +1,5 @@
 /* What single switches do beyond storing a value, and what they say of it. */
+#include "display/progress.h"
 #include "display/show_quoly.h"
 #include "language/expressions.h"
 #include "numbers/handles.h"

@@ -2,6 +2,8 @@
    top/defaults.cpp. */
 #include "top/switches_table.h"
 
+#include "display/progress.h"
+#include "display/show_poly.h"
 #include "language/execution.h"
 #include "numbers/int_divide.h"
 #include "numbers/number_decimal.h"

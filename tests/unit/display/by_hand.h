@@ -10,7 +10,6 @@
 #include "poly/model.h"
 #include "quoly/quoly.h"
 #include "support/fresh_system.h"
-#include "top/settings.h"
 
 #include <initializer_list>
 #include <string>
