@@ -178,14 +178,13 @@ TEST_F(folding, numerator_and_denominator_have_151_lines_each) {
     std::size_t second = text.find(message, first + 1);
     ASSERT_NE(second, std::string::npos);
     EXPECT_EQ(text.substr(second + std::strlen(message)), " )");
-    auto breaks = [](const std::string &part) {
-        return std::count(part.begin(), part.end(), '\n');
-    };
+    auto breaks = [](const std::string &part) { return std::count(part.begin(), part.end(), '\n'); };
     EXPECT_EQ(breaks(text.substr(0, first)), 151);
     EXPECT_EQ(breaks(text.substr(first + std::strlen(message), second - first - std::strlen(message))), 151);
     EXPECT_EQ(value_in_file(quotient(powers(9000, 1500), powers(8000, 1500))).find("suppressed"), std::string::npos);
 }
 
 TEST_F(folding, each_value_may_have_its_message) {
-    for (int i = 0; i < 2; i++) EXPECT_NE(on_screen(quotient(powers(9000, 1500), nullptr)).find(message), std::string::npos);
+    for (int i = 0; i < 2; i++)
+        EXPECT_NE(on_screen(quotient(powers(9000, 1500), nullptr)).find(message), std::string::npos);
 }

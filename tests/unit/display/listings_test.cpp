@@ -69,7 +69,8 @@ TEST_F(listings, array_parameters_are_told) {
         static token_record tok;
         set_token(tok, "par");
         return &tok;
-    }())->value->array_mark = 1;
+    }())
+        ->value->array_mark = 1;
     EXPECT_EQ(listed(), " par := array parameter.\n" + no_arrays);
     EXPECT_EQ(listed(0), " par\n" + no_arrays);
 }

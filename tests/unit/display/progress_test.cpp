@@ -47,7 +47,7 @@ TEST_F(progress, new_lines_are_indented_by_the_level) {
 TEST_F(progress, a_line_ends_beyond_the_margin) {
     dumpitt_level = 1;
     dumpitt_length = 75;
-    EXPECT_EQ(told(" ", 1, 0, 0, 0), " 1"); /* 77 */
+    EXPECT_EQ(told(" ", 1, 0, 0, 0), " 1");    /* 77 */
     EXPECT_EQ(told("", 1, 0, 0, 0), "1. \n "); /* 77 + 2 + 1: beyond 78 */
     EXPECT_EQ(dumpitt_length, 1);
     dumpitt_length = 76;

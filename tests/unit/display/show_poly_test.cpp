@@ -205,7 +205,8 @@ TEST_F(float_display, coefficients_with_20_figures) {
     };
     EXPECT_EQ(shown(list({t(2, f(0.5L)), t(1, f(-0.25L)), f(-1)})), "0.5x^2 - 0.25x - 1");
     EXPECT_EQ(shown(list({t(2, f(-0.5L)), t(1, f(-1)), f(1.0L / 4)})), "-0.5x^2 - x + 0.25");
-    EXPECT_EQ(shown(list({t(2, f(1)), t(1, f(0x1p70L))})), "x^2 + 1.1805916207174113034e+21x"); /* 1180591620717411303424 */
+    EXPECT_EQ(shown(list({t(2, f(1)), t(1, f(0x1p70L))})),
+              "x^2 + 1.1805916207174113034e+21x"); /* 1180591620717411303424 */
     uglyprint = 1;
     EXPECT_EQ(shown(list({t(2, f(1)), t(1, f(-3)), f(1)})), "x^2-3*x+1");
 }
@@ -240,11 +241,11 @@ TEST_F(exact_display, values_that_need_no_parentheses) {
         int small;
     };
     laurent = 1;
-    for (row r : {row{n(-12), 1}, row{t(3, n(1)), 1}, row{t(3, n(-1)), 1}, row{t(3, n(2)), 0}, row{t(3, t(1, n(1))), 0},
-                  row{wrap(t(1, n(1))), 1}, row{wrap(wrap(t(2, n(-1)))), 1}, row{wrap(t(1, n(2))), 0},
-                  row{list({t(1, n(1)), n(1)}), 0}, row{wrap(list({t(1, n(1)), n(1)})), 0},
-                  row{list({n(1), t(-1, n(1))}), 0}, row{wrap(list({n(1), t(-1, n(1))})), 0},
-                  row{list({wrap(t(1, n(1))), t(-1, n(1))}), 0}}) {
+    for (row r :
+         {row{n(-12), 1}, row{t(3, n(1)), 1}, row{t(3, n(-1)), 1}, row{t(3, n(2)), 0}, row{t(3, t(1, n(1))), 0},
+          row{wrap(t(1, n(1))), 1}, row{wrap(wrap(t(2, n(-1)))), 1}, row{wrap(t(1, n(2))), 0},
+          row{list({t(1, n(1)), n(1)}), 0}, row{wrap(list({t(1, n(1)), n(1)})), 0}, row{list({n(1), t(-1, n(1))}), 0},
+          row{wrap(list({n(1), t(-1, n(1))})), 0}, row{list({wrap(t(1, n(1))), t(-1, n(1))}), 0}}) {
         poly_handle p(r.p);
         EXPECT_EQ(poly_small(p.get()), r.small) << text_of([&] { crude_poly_disp(Output, 1, p.get(), 1, nullptr); });
     }
@@ -260,7 +261,8 @@ TEST_F(exact_display, broken_lists_are_reported_and_left_out) {
         << text;
     set_input("&_p\n&_p\n");
     text = shown(list({n(1), t(-1, n(1))}));
-    EXPECT_NE(text.find("1*** Tolvek error.  Warning! numb next not nil in this polynomial.\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("1*** Tolvek error.  Warning! numb next not nil in this polynomial.\n"), std::string::npos)
+        << text;
     set_input("&_p\n&_p\n");
     name_variables({});
     text = shown(t(1, n(1)));

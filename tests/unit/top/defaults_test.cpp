@@ -1,5 +1,7 @@
 #include "top/defaults.h"
 
+#include "display/progress.h"
+#include "display/show_poly.h"
 #include "numbers/number_decimal.h"
 #include "top/driver.h"
 #include "top/settings.h"
