@@ -20,8 +20,6 @@ extern int modularmode;
 extern int integerflag;     /* statements run on the fast path of floats; inside Minpoly: one-digit values */
 extern int finf;            /* the modular ring is a finite field held in tables: f256 or f2t16 says which */
 extern int f256, f2t16;
-extern int32_t modulus;     /* -1 outside modular mode */
-extern int32_t half_modulus;
 extern int32_t was_modulus; /* above 0: a level was opened out of an internal modular stretch with this modulus */
 extern int was_in_rat;      /* the modular arithmetic in force was entered internally */
 extern int mod_is_changed;  /* nesting count of modular_pause */
@@ -29,13 +27,40 @@ extern int laurent;         /* negative exponents are allowed */
 extern int field_depth;     /* from this level on variables are field variables; 0: none */
 extern int try_rat, rat_yes; /* the fastest probabilistic test for exact division; what it found */
 
+/* The modulus, 2 to 2147483644, or -1 outside modular mode: read as an integer. set_modulus, which an assignment
+   calls, is the one place where it changes, and keeps the values that are computed from it. */
+void set_modulus(int32_t n);
+class ring_modulus {
+  public:
+    operator int32_t() const { return value; }
+    ring_modulus &operator=(int32_t n) {
+        set_modulus(n);
+        return *this;
+    }
+    ring_modulus() = default;
+    ring_modulus(const ring_modulus &) = delete;
+    ring_modulus &operator=(const ring_modulus &) = delete;
+
+  private:
+    friend void set_modulus(int32_t n);
+    int32_t value = -1;
+};
+extern ring_modulus modulus;
+
+/* Computed from the modulus; 0 while there is none. */
+extern int32_t half_modulus;     /* modulus / 2: residues above it are the negative ones of the symmetric reading */
+extern int smallmodulus;         /* the modulus is below 65535: products of residues fit 32 bits */
+extern int32_t two28_mod;        /* 2^28, the radix of chains, as a residue */
+extern uint64_t modulus_inverse; /* 2^64 / modulus, rounded up */
+int mod_is_prime();              /* the ring is a field: the modulus is prime, or finf is on; found when first asked */
+
 /* Which ring the prompt computes in: the one difference between the two programs. */
 enum class home_ring { flote, exact };
 
 /* Everything that says which ring is in force, as one value. */
 struct ring_state {
     int flotemode, lintmode, modularmode, integerflag, finf, f256, f2t16;
-    int32_t modulus, half_modulus;
+    int32_t modulus;
 };
 ring_state current_ring();
 void set_ring(const ring_state &r);

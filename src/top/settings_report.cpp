@@ -39,7 +39,7 @@ static void report_ring() {
     if (flotemode)
         say("float arithmetic");
     else if (modularmode)
-        sayf("modular arithmetic, modulus %i", modulus);
+        sayf("modular arithmetic, modulus %i", int32_t{modulus});
     else
         say(lintmode ? "integer arithmetic, float off" : "rational arithmetic");
     say(".\n");
