@@ -34,13 +34,83 @@ static void drop_leading(number *x, numnode *last, int32_t count) {
     push_digits(first, last);
 }
 
-/* dst := a + b_sign * b, b_sign being 1 or -1. In place, a is dst's own chain. b may be the same chain as a. */
+/* The two chains of a sum, at the pair of digits that is next. b counts times b_sign, which is 1 or -1. */
+template <form f> struct operands {
+    digits_of_a<f> *a;
+    const numnode *b;
+    int32_t len_a, len_b, b_sign;
+
+    int32_t top_sum() const { return a->digit + b_sign * b->digit; }
+    int32_t top_digit() const { /* of the longer one; of both where they are of one length */
+        return len_a > len_b ? a->digit : len_a < len_b ? b_sign * b->digit : top_sum();
+    }
+};
+
+/* Equal lengths: passes over the leading digits that cancel. False if nothing is left. In place they leave dst. */
+template <form f> static inline bool pass_cancelled(operands<f> &o, number *dst) {
+    int32_t cancelled = 0;
+    digits_of_a<f> *last_cancelled = nullptr;
+    while (o.top_sum() == 0) {
+        if (++cancelled == o.len_a) return false;
+        last_cancelled = o.a;
+        o.a = o.a->next;
+        o.b = o.b->next;
+    }
+    o.len_a -= cancelled;
+    o.len_b -= cancelled;
+    if constexpr (f == form::in_place)
+        if (cancelled) drop_leading(dst, last_cancelled, cancelled);
+    return true;
+}
+
+/* The leading digits that only the longer chain has begin the sum. In place, a's nodes follow from here on, and
+   nothing is refused any more: one digit is there for a carry out of the head. */
+template <form f> static inline void take_surplus(operands<f> &o, growing_chain &sum) {
+    for (; o.len_b > o.len_a; o.len_b--, o.b = o.b->next) sum.append(o.b_sign * o.b->digit);
+    if constexpr (f == form::in_place) {
+        if (!numhead) push_digit(more_digits());
+        sum.len += o.len_a;
+        if (o.len_a > o.len_b) sum.top.next = o.a;
+        for (; o.len_a > o.len_b; o.len_a--, o.a = o.a->next) sum.last = o.a;
+        sum.last->next = o.a;
+    } else {
+        for (; o.len_a > o.len_b; o.len_a--, o.a = o.a->next) sum.append(o.a->digit);
+    }
+}
+
+/* The pairs of digits, brought into the sign of the sum and below the radix. The lowest node that a carry has put out
+   of range comes back, or null. */
+template <form f, class radix_type>
+static inline numnode *merge_pairs(operands<f> &o, growing_chain &sum, int32_t sign, radix_type radix) {
+    const int32_t a_factor = sign, b_factor = sign * o.b_sign;
+    int32_t above = sum.last->digit * sign; /* magnitude of the digit above, which sum.last is to hold */
+    numnode *last_outside = nullptr;
+    for (; o.len_a > 0; o.len_a--) {
+        int32_t u = a_factor * o.a->digit + b_factor * o.b->digit;
+        above += radix.carry_of(u);
+        if (radix.outside(above)) [[unlikely]]
+            last_outside = sum.last;
+        sum.last->digit = sign * above;
+        above = u;
+        if constexpr (f == form::in_place)
+            sum.last = o.a;
+        else
+            sum.append(0);
+        o.a = o.a->next;
+        o.b = o.b->next;
+    }
+    sum.last->digit = sign * above;
+    return last_outside;
+}
+
+/* dst := a + b_sign * b. In place, a is dst's own chain. b may be the same chain as a. */
 template <form f, class radix_type>
 static void add_chains(digits_of_a<f> *a, int32_t len_a, const numnode *b, int32_t len_b, int32_t b_sign, number *dst,
                        radix_type radix) {
     constexpr bool in_place = f == form::in_place;
+    operands<f> o{a, b, len_a, len_b, b_sign};
     if (len_a == 1 && len_b == 1) {
-        int32_t sum = a->digit + b_sign * b->digit;
+        const int32_t sum = o.top_sum();
         if (sum < radix.value && sum > -radix.value) {
             set_one_digit(sum, dst);
             return;
@@ -48,68 +118,20 @@ static void add_chains(digits_of_a<f> *a, int32_t len_a, const numnode *b, int32
     }
     /* Where both heads have one sign only carries can occur, else only borrows. */
     const int32_t step = (a->digit ^ (b_sign * b->digit)) < 0 ? -1 : 1;
-
-    if (len_a == len_b) {
-        int32_t cancelled = 0;
-        digits_of_a<f> *last_cancelled = nullptr;
-        while (a->digit + b_sign * b->digit == 0) {
-            if (++cancelled == len_a) {
-                if (in_place)
-                    set_to_zero(dst);
-                else
-                    set_one_digit(0, dst);
-                return;
-            }
-            last_cancelled = a;
-            a = a->next;
-            b = b->next;
-        }
-        len_a -= cancelled;
-        len_b -= cancelled;
-        if constexpr (in_place)
-            if (cancelled) drop_leading(dst, last_cancelled, cancelled);
+    if (len_a == len_b && !pass_cancelled(o, dst)) {
+        if (in_place)
+            set_to_zero(dst);
+        else
+            set_one_digit(0, dst);
+        return;
     }
-    const int32_t top_digit = len_a > len_b   ? a->digit
-                              : len_a < len_b ? b_sign * b->digit
-                                              : a->digit + b_sign * b->digit;
-    const int32_t sign = top_digit < 0 ? -1 : 1;
+    const int32_t sign = o.top_digit() < 0 ? -1 : 1;
 
-    growing_chain sum; /* the new chain; in place, the surplus of b first and then a's own nodes */
-    int32_t above = 0; /* magnitude of the digit above, which sum.last is to hold */
-    for (; len_b > len_a; len_b--, b = b->next) sum.append(b_sign * b->digit);
-    if constexpr (in_place) {
-        if (!numhead) push_digit(more_digits()); /* for a carry out of the head: no refusal half-way */
-        sum.len += len_a;
-        if (len_a > len_b) sum.top.next = a;
-        for (; len_a > len_b; len_a--, a = a->next) sum.last = a;
-        sum.last->next = a;
-    } else {
-        for (; len_a > len_b; len_a--, a = a->next) sum.append(a->digit);
-    }
-    if (sum.last != &sum.top) above = sum.last->digit * sign;
-
-    const int32_t a_factor = sign, b_factor = sign * b_sign;
-    numnode *last_outside = nullptr;
-    for (; len_a > 0; len_a--) {
-        int32_t u = a_factor * a->digit + b_factor * b->digit;
-        above += radix.carry_of(u);
-        if (radix.outside(above)) [[unlikely]]
-            last_outside = sum.last;
-        sum.last->digit = sign * above;
-        above = u;
-        b = b->next;
-        if constexpr (in_place) {
-            sum.last = a;
-            a = a->next;
-        } else {
-            sum.append(0);
-            a = a->next;
-        }
-    }
-    sum.last->digit = sign * above;
-
+    growing_chain sum; /* new nodes; in place, those of b's surplus and then a's own */
+    take_surplus(o, sum);
+    numnode *last_outside = merge_pairs(o, sum, sign, radix);
     if (last_outside) repair_chain(&sum.top, last_outside, sign, step, radix);
-    if constexpr (in_place) dst->num_len = 0; /* its nodes are the sum's */
+    if (in_place) dst->num_len = 0; /* its nodes are the sum's */
     sum.trim();
     sum.give_to(dst);
 }
