@@ -6,8 +6,8 @@
 
 namespace tolvek {
 
-extern int fast_mult_cut;  /* terms from which simplest_poly_mult splits */
-extern int fast_gcd_size;  /* the greatest sum of exponents that the arrays of residues hold */
+extern int fast_mult_cut;        /* terms from which simplest_poly_mult splits */
+extern int fast_gcd_size;        /* the greatest sum of exponents that the arrays of residues hold */
 extern int simplest_poly_cutoff; /* kept and set by a command; no routine reads it */
 
 /* *p := a * b in the ring in force. names: the record of the top level when the product is to be folded by that

@@ -1,0 +1,207 @@
+/* The schoolbook product by terms, one exponent of the result after the other.
+
+   The operand with fewer terms goes outside. Each of its terms with the other operand makes a row of products in
+   descending order; the rows are merged by a heap (S. Johnson, Sparse polynomial arithmetic, 1974), so that the cost is
+   that of the products times the logarithm of the rows. The products that fall on one exponent are summed in the order
+   of the rows: for floats, whose sums depend on it, in this very order, otherwise two by two, so that long sums are not
+   walked again and again. */
+#include "numbers/handles.h"
+#include "numbers/poured.h"
+#include "poly/add.h"
+#include "poly/model_work.h"
+#include "poly/mult_work.h"
+#include "top/interrupts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tolvek {
+
+namespace {
+
+/* The sum of products of coefficients that come one by one. */
+class coefficient_sum {
+  public:
+    ~coefficient_sum() {
+        for (int k = 0; k < parts; k++) free_poly(&part[k]);
+        free_poly(&constant);
+    }
+    coefficient_sum() = default;
+    coefficient_sum(const coefficient_sum &) = delete;
+    coefficient_sum &operator=(const coefficient_sum &) = delete;
+
+    /* Adds the product of the coefficients of two terms. */
+    void add(const polynode *s, const polynode *t, pt *names);
+    polynode *take(); /* the sum, null for 0; nothing is left */
+
+  private:
+    void add_poly(polynode *p);
+    void add_numbers(const number *x, const number *y);
+
+    /* Part k is a sum of 2^k polynomials, or null: a sum of two such takes its place in the next. Floats have one
+       part. */
+    static constexpr int most_parts = 40;
+    polynode *part[most_parts];
+    int parts = 0;
+    polynode *constant = nullptr; /* the sum of products of numbers; of floats only until a polynomial comes */
+    number_handle product;
+};
+
+/* The number that a coefficient is, or null. */
+const number *lone_number(const polynode *t) {
+    if (t->is_number) return t->num;
+    return is_constant(t->poly) ? t->poly->num : nullptr;
+}
+
+void coefficient_sum::add_poly(polynode *p) {
+    if (flotemode && constant) { /* what has come before counts first */
+        part[parts++] = constant;
+        constant = nullptr;
+    }
+    for (int k = 0; k < parts; k++) {
+        if (!part[k]) {
+            part[k] = p;
+            return;
+        }
+        polynode *other = part[k];
+        part[k] = nullptr;
+        best_poly_add(other, p, &p);
+        if (flotemode) {
+            part[k] = p;
+            return;
+        }
+    }
+    part[parts++] = p;
+}
+
+void coefficient_sum::add_numbers(const number *x, const number *y) {
+    if (flotemode && parts > 0) {
+        polynode *p = new_number_term();
+        number_product(x, y, p->num);
+        return add_poly(p);
+    }
+    if (!constant) {
+        constant = new_number_term();
+        return number_product(x, y, constant->num);
+    }
+    number_product(x, y, &product);
+    if (flotemode || lintmode)
+        num_add(constant->num, &product, constant->num);
+    else
+        fastsum(constant->num, &product);
+}
+
+void coefficient_sum::add(const polynode *s, const polynode *t, pt *names) {
+    const number *x = lone_number(s), *y = lone_number(t);
+    if (x && y) return add_numbers(x, y);
+    poly_handle p;
+    if (x)
+        scalar_by_poly(x, t->poly, p.slot());
+    else if (y)
+        scalar_by_poly(y, s->poly, p.slot());
+    else
+        mult_lists(s->poly, t->poly, p.slot(), names);
+    add_poly(p.release());
+}
+
+polynode *coefficient_sum::take() {
+    polynode *sum = constant;
+    constant = nullptr;
+    for (int k = 0; k < parts; k++) {
+        if (!part[k]) continue;
+        polynode *p = part[k];
+        part[k] = nullptr;
+        if (sum)
+            best_poly_add(sum, p, &sum);
+        else
+            sum = p;
+    }
+    parts = 0;
+    if (sum && poly_iszero(sum)) free_poly(&sum);
+    return sum;
+}
+
+/* One term of the outer operand, and the term of the inner one that it meets next. */
+struct row {
+    int64_t expo; /* of the product */
+    uint32_t place;
+    const polynode *outer, *inner;
+};
+bool comes_later(const row &x, const row &y) { return x.expo != y.expo ? x.expo < y.expo : x.place > y.place; }
+
+/* The rows that are not done yet, as a heap. */
+struct row_heap {
+    flat_array<row, 24> rows;
+    std::size_t count = 0;
+
+    row_heap(const polynode *outer, const polynode *inner, int n) : rows(static_cast<std::size_t>(n)) {
+        for (const polynode *t = outer; t; t = t->next, count++)
+            rows[count] = {int64_t{t->expo} + inner->expo, static_cast<uint32_t>(count), t, inner};
+    }
+    const row &top() const { return rows[0]; }
+    void advance_top() {
+        row *end = rows.data + count;
+        std::pop_heap(rows.data, end, comes_later);
+        row &r = end[-1];
+        r.inner = r.inner->next;
+        if (!r.inner) {
+            count--;
+            return;
+        }
+        r.expo = int64_t{r.outer->expo} + r.inner->expo;
+        std::push_heap(rows.data, end, comes_later);
+    }
+};
+
+void school_product(const polynode *a, const polynode *b, int n_a, int n_b, polynode **p, pt *names) {
+    if (n_b < n_a) {
+        std::swap(a, b);
+        std::swap(n_a, n_b);
+    }
+    row_heap heap(a, b, n_a);
+    coefficient_sum sum;
+    growing_list product;
+    while (heap.count > 0) {
+        const int64_t expo = heap.top().expo;
+        for (; heap.count > 0 && heap.top().expo == expo; heap.advance_top()) {
+            safe_point();
+            sum.add(heap.top().outer, heap.top().inner, names_below(names));
+        }
+        poly_handle c(sum.take());
+        if (!c) continue;
+        if (expo == 0 && is_constant(c.get())) {
+            product.append(c.release());
+            continue;
+        }
+        polynode *t = new_term();
+        t->expo = static_cast<int32_t>(expo);
+        t->poly = c.release();
+        product.append(t);
+    }
+    replace_poly(list_or_zero(product.release()), p);
+}
+
+} // namespace
+
+void simple_standard(const polynode *a, const polynode *b, int n_a, int n_b, polynode **p) {
+    school_product(a, b, n_a, n_b, p, nullptr);
+}
+
+void mod_standard(const polynode *a, const polynode *b, int n_a, int n_b, polynode **p, pt *names) {
+    school_product(a, b, n_a, n_b, p, names);
+    fold_if_related(p, names);
+}
+
+void fast_mod_standard(const polynode *a, const polynode *b, polynode **p, pt *names) {
+    if (is_constant(a))
+        scalar_by_poly(a->num, b, p);
+    else
+        node_by_poly_1(a, b, p, names);
+    fold_if_related(p, names);
+}
+
+void simplest_standard(const polynode *a, const polynode *b, int n_a, int n_b, polynode **p) {
+    school_product(a, b, n_a, n_b, p, nullptr);
+}
+
+} // namespace tolvek
