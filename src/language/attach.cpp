@@ -17,10 +17,14 @@ bool source_ended(const statement_source &from) {
     return !*from.cursor && !ahead && input_ended(*from.input);
 }
 
-bool drop_newline(statement_source &from) {
+bool at_newline(const statement_source &from) {
     bool ahead = leftover && leftover != ' ';
     if (*from.cursor || !tt_flag || ahead || !at_line_end(*from.input)) return false;
-    if (peek_char(*from.input) != '\n') return false;
+    return peek_char(*from.input) == '\n';
+}
+
+bool drop_newline(statement_source &from) {
+    if (!at_newline(from)) return false;
     take_char(*from.input);
     leftover = 0;
     return true;
@@ -28,6 +32,7 @@ bool drop_newline(statement_source &from) {
 
 bool ends_sequence(const char *terminator) {
     if (terminator == else_or_fi) return token_is(token, "else") || token_is(token, "fi");
+    if (token_is(token, "else") && std::strcmp(terminator, "od") == 0) return true; /* to be refused there */
     return token_equals(token, terminator);
 }
 

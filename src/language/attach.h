@@ -20,6 +20,7 @@ void attach_head(statement_source &from, const char *terminator, bool is_for, na
 
 /* Behind a ";" that ended a line of a definition: drops its newline. True: there was one. */
 bool drop_newline(statement_source &from);
+bool at_newline(const statement_source &from);
 
 /* No more tokens will come. */
 bool source_ended(const statement_source &from);

@@ -12,7 +12,7 @@
 
 namespace tolvek {
 
-constexpr int empty_lines_of_a_loop = 12;    /* end a control statement typed at the prompt */
+constexpr int empty_lines_of_a_loop = 12;     /* end a control statement typed at the prompt */
 constexpr int empty_lines_of_a_function = 15; /* cancel a definition */
 
 static void read_sequence(statement_source &from, const char *terminator, form_list &list);
@@ -139,12 +139,12 @@ static void read_sequence(statement_source &from, const char *terminator, form_l
     semicount = 0;
     for (;;) {
         while (token_is(token, ";") && !source_ended(from)) {
-            bool empty_line = drop_newline(from);
-            if (empty_line && count_empty_line(terminator)) {
+            if (at_newline(from) && count_empty_line(terminator)) {
                 if (!list.first()) error(8, token);
                 set_token(token, terminator == else_or_fi ? "fi" : terminator);
-                return;
+                return; /* the newline ends the statement */
             }
+            drop_newline(from);
             scanner(from.input, token, from.cursor);
         }
         if (ends_sequence(terminator) || is_end_of_list(token) || source_ended(from)) break;

@@ -1,6 +1,6 @@
 /* Factors: one row of the table below for each way in which a factor begins, then the postfix operators. */
-#include "language/expressions.h"
 #include "language/compile.h"
+#include "language/expressions.h"
 #include "language/flote_functions.h"
 #include "language/functions.h"
 #include "language/run.h"

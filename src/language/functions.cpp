@@ -85,6 +85,8 @@ void release_retired_forms() {
 }
 
 void forget_functions() {
+    retire_forms(sys_func);
+    sys_func = nullptr;
     for (function *&chain : func_store)
         while (chain) retire(&chain);
     release_retired_forms();
@@ -125,9 +127,9 @@ class pending_call {
 
 /* ---- arguments ---- */
 
+/* Entered with the first token of the argument, or the ")" that stands in its place. */
 static void read_reference(stream *input, variable *v, name **cursor) {
     if (token_is(token, ")")) error(206, v->tok);
-    scanner(input, token, cursor);
     if (token_is(token, "^")) scanner(input, token, cursor);
     int level;
     if (!is_lower_letter(first_char(token)) || is_poly_name(token.text, &level)) error(207, token);
@@ -143,7 +145,6 @@ static void read_value(stream *input, variable *v, name **cursor) {
         quoly_set(0, &v->value);
         return;
     }
-    scanner(input, token, cursor);
     if (token_is(token, "[")) {
         scanner(input, token, cursor);
         error(token_is(token, "<") ? 176 : 28, token); /* no array exists */
@@ -157,6 +158,7 @@ static void read_arguments(stream *input, const function *f, pending_call &call,
         int level;
         if (is_poly_name(p->tok.text, &level)) error(125, p->tok);
         variable *v = call.add(p);
+        if (!token_is(token, ")")) scanner(input, token, cursor);
         (p->by_reference ? read_reference : read_value)(input, v, cursor);
         if (!token_is(token, ",") && !token_is(token, ")")) error(14, token);
     }

@@ -14,7 +14,7 @@ bool delete_function(token_record &t);    /* the newest of the name */
 /* Deletes all functions of the name but the newest; false: there is none. */
 bool delete_older_functions(token_record &t);
 bool rename_function(token_record &from, const token_record &to); /* false: there is none */
-void forget_functions(); /* for tests */
+void forget_functions();                                          /* for tests */
 
 /* A name of upper case as a factor: a built-in function or a call of a user's. Error 16. */
 void call_function(stream *input, quolynode **result, name **cursor);

@@ -113,9 +113,8 @@ static void gather_functions(buffer<const function *> &all) {
     for (const function *f : func_store)
         for (; f; f = f->next) all.push(f);
     if (all.size() > most_sorted) return; /* in the order of the chains */
-    std::stable_sort(all.begin(), all.end(), [](const function *a, const function *b) {
-        return std::strcmp(a->tok.text, b->tok.text) < 0;
-    });
+    std::stable_sort(all.begin(), all.end(),
+                     [](const function *a, const function *b) { return std::strcmp(a->tok.text, b->tok.text) < 0; });
 }
 
 static void list_all(void (*write)(text_out *, const function *), bool full) {

@@ -59,7 +59,8 @@ struct list_position {
 };
 
 static bool stands_apart(const name *n) {
-    return is_marked_word(n) || (n->blank_after && begins_word(n) && (begins_word(n->next) || is_one_of(n->next, "[(")));
+    return is_marked_word(n) ||
+           (n->blank_after && begins_word(n) && (begins_word(n->next) || is_one_of(n->next, "[(")));
 }
 
 /* A figure in front of "and" or "or" leaves no mark of the blank behind it. */

@@ -108,7 +108,8 @@ static void give_integer(int64_t value, quolynode **result) {
 
 static void write_figures(int64_t value, int count, buffer<char> &text) {
     for (int i = 0; i < count; i++) text.push('0');
-    for (int i = count - 1; i >= 0; i--, value /= 10) text[static_cast<std::size_t>(i)] = static_cast<char>('0' + value % 10);
+    for (int i = count - 1; i >= 0; i--, value /= 10)
+        text[static_cast<std::size_t>(i)] = static_cast<char>('0' + value % 10);
 }
 
 void read_number(stream *input, quolynode **result, name **cursor) {

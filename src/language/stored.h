@@ -46,7 +46,7 @@ struct function {
     token_record tok;
     parameter *params = nullptr;
     form *body = nullptr;
-    form *compiled_from = nullptr; /* what is run once it is compiled; null otherwise */
+    form *compiled_from = nullptr;          /* what is run once it is compiled; null otherwise */
     struct compiled_names *names = nullptr; /* what Compile has bound; null otherwise */
     function *next = nullptr;
 };
@@ -56,7 +56,7 @@ extern cond *condhead;
 
 form *newform(); /* all fields null */
 cond *newcond();
-void free_form(form **list);  /* the whole list with all that it holds; null is fine */
+void free_form(form **list); /* the whole list with all that it holds; null is fine */
 void free_cond(cond **c);
 void free_comments(comment **list);
 void free_function(function **f);

@@ -11,15 +11,15 @@ namespace tolvek {
 
 /* Flags and counters of the interrupted statement. */
 static int *const kept_flags[] = {
-    &want_sparse, &in_sys_func,    &uninit,     &tripval,        &warn_cnt,   &leave_flag,     &exit_flag, &cycle_flag,
-    &cancelflag,  &matrix_eval,    &syst_dump,  &doing_sys_func, &done_load,  &func_def_count, &tt_flag,   &leftover,
-    &semicount,   &c_cntcount,     &a_cntcount, &d_cntcount,     &g_cntcount, &alg_c_count,    &g_cutoff,  &ddummy,
-    &bozo,        &original_depth, &command_int, &mod_is_changed,
+    &want_sparse, &in_sys_func, &uninit,      &tripval,    &warn_cnt,       &leave_flag,  &exit_flag,
+    &cycle_flag,  &cancelflag,  &matrix_eval, &syst_dump,  &doing_sys_func, &done_load,   &func_def_count,
+    &tt_flag,     &leftover,    &semicount,   &c_cntcount, &a_cntcount,     &d_cntcount,  &g_cntcount,
+    &alg_c_count, &g_cutoff,    &ddummy,      &bozo,       &original_depth, &command_int, &mod_is_changed,
 };
 constexpr int kept_flag_count = sizeof kept_flags / sizeof *kept_flags;
 
 /* Pointers into stored lists. */
-static name **const kept_names[] = {&startexpr,     &prev_expr, &currentchar, &last_good_one,
+static name **const kept_names[] = {&startexpr, &prev_expr,     &currentchar, &last_good_one,
                                     &last_comm, &last_attached, &zilch};
 constexpr int kept_name_count = sizeof kept_names / sizeof *kept_names;
 

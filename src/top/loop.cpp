@@ -82,7 +82,8 @@ static bool one_pass(quolynode **result) {
 void nested_loop() {
     prompt_on_new_line();
     quoly_handle value;
-    while (one_pass(value.slot())) {}
+    while (one_pass(value.slot())) {
+    }
     time_to_quit = 0;
 }
 
@@ -102,7 +103,8 @@ static void take_up() {
 
 static void run_until_unwound() {
     take_up();
-    while (one_pass(&sysnum)) {}
+    while (one_pass(&sysnum)) {
+    }
 }
 
 void command_loop() {

@@ -115,7 +115,7 @@ TEST_F(expressions, e_with_figures_behind_it_is_a_name) {
 TEST_F(expressions, literals_are_the_nearest_floats) {
     EXPECT_EQ(value_of(".5"), "0.5");
     EXPECT_EQ(value_of("3."), "3");
-    EXPECT_EQ(value_of("1.1"), "1.1"); /* 1.1L in 20 figures is 1.1000000000000000000 */
+    EXPECT_EQ(value_of("1.1"), "1.1");                    /* 1.1L in 20 figures is 1.1000000000000000000 */
     EXPECT_EQ(value_of("0.7"), "0.69999999999999999999"); /* 0.7L in 20 figures, by the C library */
 }
 
@@ -172,10 +172,13 @@ TEST_F(exact_expressions, outside_the_float_ring_the_underscore_is_left_standing
 /* ---- failures of factors ---- */
 
 TEST_F(expressions, each_failure_has_its_number) {
-    struct { const char *statement; int number; } const cases[] = {
-        {"(1", 1},     {"1)", 129},  {")", 2},     {"y", 19},   {"2+", 2},     {"a[1]", 28}, {"F(2)", 16},
-        {"<[1]", 175}, {"<F", 222},  {"%1[1]", 220}, {"*3", 337}, {"1/0", 22},   {"0^-1", 22}, {"{", 2},
-        {"\x7f", 2},   {"\xC3", 2},  {"1=1", 129},   {"1,2", 129},
+    struct {
+        const char *statement;
+        int number;
+    } const cases[] = {
+        {"(1", 1},    {"1)", 129},   {")", 2},    {"y", 19},      {"2+", 2},    {"a[1]", 28},
+        {"F(2)", 16}, {"<[1]", 175}, {"<F", 222}, {"%1[1]", 220}, {"*3", 337},  {"1/0", 22},
+        {"0^-1", 22}, {"{", 2},      {"\x7f", 2}, {"\xC3", 2},    {"1=1", 129}, {"1,2", 129},
     };
     for (const auto &c : cases) EXPECT_EQ(error_of(run(c.statement)), c.number) << c.statement;
 }
@@ -200,7 +203,8 @@ TEST_F(expressions, a_word_of_the_language_of_shells_is_explained) {
 
 TEST_F(expressions, nothing_leaks_from_a_failing_statement) {
     run("x := 3:");
-    const char *const failing[] = {"x*(2+y)", "(1+2*(3+(4", "x^(2", "2*x/0", "_sqrt(2+y)", "x*y!", "-(-(-y))", "1+2+3)"};
+    const char *const failing[] = {"x*(2+y)",    "(1+2*(3+(4", "x^(2",     "2*x/0",
+                                   "_sqrt(2+y)", "x*y!",       "-(-(-y))", "1+2+3)"};
     for (const char *statement : failing) run(statement);
     records_in_use before = count_records_in_use();
     for (int i = 0; i < 1000; i++)

@@ -112,7 +112,8 @@ TEST(token_ring, keeps_the_last_sixty_tokens_in_order) {
     for (int i = 0; i < 75; i++) text += static_cast<char>('0' + i % 10);
     tokens_of(text, 75);
     ASSERT_EQ(recent_tokens.count, 60);
-    for (int i = 0; i < 60; i++) EXPECT_EQ(recent_tokens.at[(recent_tokens.oldest + i) % 60].text[0], '0' + (i + 15) % 10);
+    for (int i = 0; i < 60; i++)
+        EXPECT_EQ(recent_tokens.at[(recent_tokens.oldest + i) % 60].text[0], '0' + (i + 15) % 10);
 }
 
 TEST(dumbscanner, keeps_white_space_and_reports_the_end_of_a_line) {
