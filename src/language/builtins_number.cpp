@@ -2,6 +2,8 @@
 #include "language/builtin_routines.h"
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
+#include "numbers/primes.h"
+#include "numbers/random.h"
 #include "top/start_tables.h"
 
 #include <cmath>
@@ -32,20 +34,57 @@ void builtin_cast(builtin_call &call) {
     call.give(flotemode || lintmode ? quoly_to_int(value.get()) : x->num_head->digit);
 }
 
+/* The plain number that stands in brackets behind the name; error 227, and null, for anything else. */
+static const quolynode *number_argument(builtin_call &call, argument &value) {
+    standard_read(call, value);
+    if (value.is_number()) return value.get();
+    error(227, token);
+    return nullptr;
+}
+
 void builtin_prime(builtin_call &call) {
     argument value;
-    standard_read(call, value);
-    if (!value.is_number()) {
-        error(227, token);
-        return;
-    }
-    int64_t n = integer_argument(value.get(), 346);
-    if (n < 1 || n > small_prime_count) {
+    const quolynode *q = number_argument(call, value);
+    if (!q) return;
+    int64_t n = integer_argument(q, 346);
+    if (n < 1 || n > small_prime_count)
         error(346, token);
-        return;
-    }
-    call.give(small_prime[n - 1]);
+    else
+        call.give(small_prime[n - 1]);
 }
+
+/* The number as an integer of at most 63 bits, at least 0; error 289 for a longer one. */
+static uint64_t primality_candidate(const quolynode *q) {
+    constexpr int most_bits = 63;
+    if (num_sign(q->numb) <= 0) return 0;
+    if (flotemode || lintmode) return static_cast<uint64_t>(integer_argument(q, 289));
+    if (logg2(q->numb) > most_bits) {
+        error(289, token);
+        return 0;
+    }
+    uint64_t n = 0;
+    for (const numnode *d = q->numb->num_head; d; d = d->next) n = (n << digit_bits) + static_cast<uint64_t>(d->digit);
+    return n;
+}
+
+void builtin_isprime(builtin_call &call) {
+    argument value;
+    const quolynode *q = number_argument(call, value);
+    if (!q) return;
+    uint64_t n = primality_candidate(q);
+    if (n < 2)
+        call.give(0);
+    else
+        quoly_set_int64(is_prime_word(n) ? 1 : static_cast<int64_t>(least_factor(n)), call.result);
+}
+
+static void give_random(builtin_call &call, int seed_flag) {
+    randomize(seed_flag, call.result);
+    call.read_on();
+}
+
+void builtin_random(builtin_call &call) { give_random(call, 0); }
+void builtin_random_real(builtin_call &call) { give_random(call, 1); }
 
 /* Sqrt of a factor: the integer square root, of a fraction that of its greatest integer; a float's is a float. */
 void builtin_square_root(builtin_call &call) {

@@ -1,6 +1,7 @@
 #include "support/fresh_system.h"
 
 #include "language/execution.h"
+#include "language/functions.h"
 #include "language/names.h"
 #include "language/scanner.h"
 #include "numbers/stash.h"
@@ -102,6 +103,7 @@ void reset_session() {
     reset_statement();
     free_quoly(&prevnum);
     release_pending();
+    forget_functions();
     forget_variables();
     inpuf = nullptr;
     input_file_name[0] = 0;

@@ -23,16 +23,12 @@ int error_of(const std::string &text) {
 
 bool contains(const std::string &text, const std::string &part) { return text.find(part) != std::string::npos; }
 
-struct functions : fresh_exact_system {
-    ~functions() override { forget_functions(); }
-};
+struct functions : fresh_exact_system {};
 struct loops : functions {};
 struct conditions : functions {};
 struct sums : functions {};
 struct listings : functions {};
-struct fast_path : fresh_system {
-    ~fast_path() override { forget_functions(); }
-};
+struct fast_path : fresh_system {};
 
 /* ---- definitions and calls ---- */
 
