@@ -7,6 +7,7 @@
 #include "display/show_poly.h"
 #include "display/show_quoly.h"
 #include "numbers/number.h"
+#include "poly/canonical.h"
 #include "poly/model.h"
 #include "quoly/quoly.h"
 #include "support/fresh_system.h"

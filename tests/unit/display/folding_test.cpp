@@ -2,6 +2,9 @@
    hand. */
 #include "by_hand.h"
 
+#include "numbers/free_lists.h"
+#include "top/interrupts.h"
+
 using namespace tolvek;
 
 struct folding : exact_display {
@@ -187,4 +190,35 @@ TEST_F(folding, numerator_and_denominator_have_151_lines_each) {
 TEST_F(folding, each_value_may_have_its_message) {
     for (int i = 0; i < 2; i++)
         EXPECT_NE(on_screen(quotient(powers(9000, 1500), nullptr)).find(message), std::string::npos);
+}
+
+/* ---- interrupts ---- */
+
+TEST_F(folding, an_interrupted_display_goes_on_when_its_level_is_left) {
+    dispcutoff = 20;
+    const std::string whole = shown(powers(5000, 6));
+    static int passes;
+    passes = 0;
+    watch_safe_points([] {
+        if (++passes == 3) note_interrupt();
+    });
+    set_input("dispcutoff\n&_p\n");
+    const std::string text = shown(powers(5000, 6));
+    watch_safe_points(nullptr);
+    const std::size_t level = text.find("*** New command level.");
+    ASSERT_NE(level, std::string::npos) << text;
+    std::size_t shared = 0;
+    while (text[shared] == whole[shared]) shared++;
+    EXPECT_LE(shared, level);
+    EXPECT_EQ(text.substr(text.size() - (whole.size() - shared)), whole.substr(shared));
+}
+
+TEST_F(folding, a_panic_stop_leaves_the_display_and_no_record_behind) {
+    poly_handle p(powers(5000, 200));
+    const records_in_use before = count_records_in_use();
+    watch_safe_points([] { note_interrupt(); });
+    set_input("&@\n");
+    EXPECT_TRUE(unwinds([&] { poly_display(Output, p.get(), polynames, &column, &lines, {.want_continuation = 1}); }));
+    watch_safe_points(nullptr);
+    EXPECT_EQ(count_records_in_use(), before);
 }
