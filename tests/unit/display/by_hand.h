@@ -87,7 +87,6 @@ template <class base> struct display_test : base {
         ring_state r = current_ring();
         r.lintmode = r.modularmode = 1;
         r.modulus = m;
-        r.half_modulus = m / 2;
         set_ring(r);
     }
 
