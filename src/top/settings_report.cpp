@@ -2,8 +2,10 @@
    others have routines here. */
 #include "top/settings_report.h"
 
+#include "display/listings.h"
 #include "display/progress.h"
 #include "numbers/number.h"
+#include "poly/variables.h"
 #include "top/driver.h"
 #include "top/settings.h"
 #include "top/switches_table.h"
@@ -88,7 +90,14 @@ static void report_denominator() {
     if (!denominator_is_1()) say_denominator(" Denominator for random is:\n");
 }
 
-static void report_variables() { say(" No polynomial variables exist.\n"); }
+static void report_variables() {
+    if (!polynames) {
+        say(" No polynomial variables exist.\n");
+        return;
+    }
+    sayf(" These %li polynomial variables have been created:\n", static_cast<long>(number_polys));
+    polylist(&standard_output, 0);
+}
 
 static void report_field() {
     if (field_depth > 0) sayf(" Field depth is: %d.\n", field_depth);

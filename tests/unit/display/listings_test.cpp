@@ -143,6 +143,13 @@ TEST_F(relations, variables_from_the_innermost_outwards) {
     EXPECT_EQ(listed(), "    z;    y;    x;\n");
 }
 
+TEST_F(relations, the_report_of_settings_has_the_list) {
+    name_variables({});
+    EXPECT_NE(run("&g").find(" No polynomial variables exist.\n"), std::string::npos);
+    name_variables({"x", "y"});
+    EXPECT_NE(run("&g").find(" These 2 polynomial variables have been created:\n    y;    x;\n"), std::string::npos);
+}
+
 TEST_F(relations, twelve_variables_to_a_line) {
     name_variables({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l"});
     EXPECT_EQ(listed(), "    l;    k;    j;    i;    h;    g;    f;    e;    d;    c;    b;    a;\n");
