@@ -68,6 +68,26 @@ inline limb divide_step(limb high, limb low, const limb_divisor &b, limb *remain
     return q1;
 }
 
+/* a modulo d < 2^61, four limbs a turn: with B = 2^64 the limbs above the lowest are replaced by multiples of
+   B, B^2, ... modulo d. A turn sums 2^64 and five products below 2^64 2^61, less than 2^128; what waits for the division
+   at the end is two limbs. */
+constexpr limb most_for_folding = limb{1} << 61;
+limb fold_modulo(const limb *a, size_t n, limb d) {
+    limb power[6] = {1};
+    for (int i = 1; i < 6; i++) power[i] = static_cast<limb>((static_cast<limb2>(power[i - 1]) << limb_bits) % d);
+    const auto times = [](limb x, limb y) { return static_cast<limb2>(x) * y; };
+    limb2 sum = join(a[n - 1], a[n - 2]);
+    size_t i = n - 2;
+    for (; i >= 4; i -= 4) {
+        const limb *x = a + i - 4;
+        sum = times(static_cast<limb>(sum >> limb_bits), power[5]) + times(static_cast<limb>(sum), power[4]) +
+              times(x[3], power[3]) + times(x[2], power[2]) + times(x[1], power[1]) + x[0];
+    }
+    while (i-- > 0)
+        sum = times(static_cast<limb>(sum >> limb_bits), power[2]) + times(static_cast<limb>(sum), power[1]) + a[i];
+    return static_cast<limb>(sum % d);
+}
+
 /* Division by more than one limb; the top bit of b is brought up first. */
 void divide_long(limb *q, limb *r, const limb *a, size_t na, const limb *b, size_t nb) {
     const int shift = __builtin_clzll(b[nb - 1]);
@@ -113,6 +133,7 @@ limb flat_divide_limb(limb *q, const limb *a, size_t n, const limb_divisor &b) {
 limb flat_divide_limb(limb *q, const limb *a, size_t n, limb b) { return flat_divide_limb(q, a, n, limb_divisor(b)); }
 
 limb flat_mod_limb(const limb *a, size_t n, limb b) {
+    if (n >= 8 && b < most_for_folding) return fold_modulo(a, n, b);
     const limb_divisor divisor(b);
     limb r = 0;
     if (!divisor.shift) {

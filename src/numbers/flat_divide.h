@@ -9,7 +9,7 @@ namespace tolvek {
    bench/kernels/numbers.cpp (flat_divide_method). Tests lower it; not below 4. */
 extern size_t flat_divide_cut;
 /* q := floor(a / b) in na - nb + 1 limbs, r := a - q b in nb limbs. b is normal and na >= nb. A null q or r is not
-   wanted. q and r overlap neither each other nor b; r may lie over a. Long ones pass safe points. */
+   wanted. q and r overlap neither each other nor b; either may lie over a. Long ones pass safe points. */
 void flat_divide(limb *q, limb *r, const limb *a, size_t na, const limb *b, size_t nb);
 
 /* What divisions by one limb need of it: the divisor with its top bit set, and its reciprocal
@@ -25,7 +25,7 @@ struct limb_divisor {
 /* q := floor(a / b) in n limbs; a mod b comes back. q may be a. n may be 0. */
 limb flat_divide_limb(limb *q, const limb *a, size_t n, const limb_divisor &b);
 limb flat_divide_limb(limb *q, const limb *a, size_t n, limb b);
-limb flat_mod_limb(const limb *a, size_t n, limb b);
+limb flat_mod_limb(const limb *a, size_t n, limb b); /* without reciprocal steps for long a and b below 2^61 */
 
 /* The kernels. b has its top bit set and n >= 2 limbs (n >= 4 by blocks). a has n + m limbs; it becomes the remainder
    in its low n limbs and zeros above. q gets m limbs; the limb above them, 0 or 1, comes back. */

@@ -41,7 +41,9 @@ void flat_mult(limb *dst, const limb *a, size_t na, const limb *b, size_t nb) {
         flat_mult(dst, b, nb, a, na);
         return;
     }
-    if (nb < flat_karatsuba_cut)
+    if (nb == 1)
+        dst[na] = flat_mult_limb(dst, a, na, b[0]);
+    else if (nb < flat_karatsuba_cut)
         flat_mult_school(dst, a, na, b, nb);
     else if (nb >= flat_transform_cut && na + nb <= flat_transform_longest)
         flat_mult_transform(dst, a, na, b, nb);

@@ -36,16 +36,47 @@ static int32_t digit_at(const limb *a, size_t n, size_t bit) {
     return static_cast<int32_t>(v & digit_mask);
 }
 
-void chain_from_limbs(const limb *a, size_t n, int32_t sign, number *dst) {
+/* The digits of a value; 0 has one. */
+static int32_t digits_of(const limb *a, size_t n) {
     n = flat_length(a, n);
-    if (n == 0) {
-        set_one_digit(0, dst);
-        return;
+    return n ? static_cast<int32_t>((flat_bits(a, n) + digit_bits - 1) / digit_bits) : 1;
+}
+
+/* The first `count` nodes of x, which has more, go back. */
+static void drop_first(number *x, int32_t count) {
+    numnode *first = x->num_head, *last = first;
+    for (int32_t i = 1; i < count; i++) last = last->next;
+    x->num_head = last->next;
+    x->num_len -= count;
+    push_digits(first, last);
+}
+
+chain_room::chain_room(const limb *a, size_t n, const number *dst) : digits(digits_of(a, n)) {
+    for (int32_t i = maxx(dst->num_len, 0); i < digits; i++) more.append(0);
+}
+
+void chain_room::write(const limb *a, size_t n, int32_t sign, number *dst) {
+    if (dst->num_len < 1) {
+        more.give_to(dst);
+    } else if (dst->num_len > digits) {
+        drop_first(dst, dst->num_len - digits);
+    } else if (more.len) {
+        more.last->next = dst->num_head;
+        dst->num_head = more.top.next;
+        dst->num_len = digits;
+        more.last = &more.top;
     }
-    growing_chain chain;
-    for (size_t digit = (flat_bits(a, n) + digit_bits - 1) / digit_bits; digit-- > 0;)
-        chain.append(sign * digit_at(a, n, digit * digit_bits));
-    chain.give_to(dst);
+    n = flat_length(a, n);
+    numnode *node = dst->num_head;
+    if (n == 0)
+        node->digit = 0;
+    else
+        for (size_t bit = static_cast<size_t>(digits) * digit_bits; node; node = node->next)
+            node->digit = sign * digit_at(a, n, bit -= digit_bits);
+}
+
+void chain_from_limbs(const limb *a, size_t n, int32_t sign, number *dst) {
+    chain_room(a, n, dst).write(a, n, sign, dst);
 }
 
 } // namespace tolvek

@@ -25,7 +25,20 @@ struct poured_limbs : limb_array {
     explicit poured_limbs(const number *x) : poured_limbs(x->num_head, x->num_len) {}
 };
 
-/* dst := a with the sign of `sign` (1 or -1). Leading zero limbs are fine, n may be 0. */
+/* dst := a with the sign of `sign` (1 or -1). Leading zero limbs are fine, n may be 0. The nodes of dst's old chain are
+   used again. */
 void chain_from_limbs(const limb *a, size_t n, int32_t sign, number *dst);
+
+/* The same in two steps, for values that must change together: the first one takes the nodes that dst lacks, and may
+   fail; the second one writes, and cannot. dst's chain stays as it is in between. */
+class chain_room {
+  public:
+    chain_room(const limb *a, size_t n, const number *dst);
+    void write(const limb *a, size_t n, int32_t sign, number *dst);
+
+  private:
+    int32_t digits;
+    growing_chain more;
+};
 
 } // namespace tolvek
