@@ -1,0 +1,109 @@
+"""Each script of examples/ is run, and what it shows is compared with what Python computes.
+
+    examples.py <folder of the programs> <folder of the examples>
+"""
+
+import math
+import os
+import re
+import subprocess
+import sys
+from fractions import Fraction
+
+from session import PATIENCE, check, run_tests
+
+programs = examples = ""
+
+
+def values_of(script, program):
+    """What a script shows, statement by statement, as fractions: the text behind each prompt."""
+    with open(os.path.join(examples, script), encoding="ascii") as file:
+        result = subprocess.run([os.path.join(programs, program)], stdin=file, capture_output=True, text=True,
+                                timeout=60 * PATIENCE, check=False)
+    check(result.returncode == 0 and result.stdout.endswith(">\n bye\n"), repr(result.stdout[-300:]))
+    check("***" not in result.stdout, repr(result.stdout))
+    shown = [text.strip() for text in result.stdout.split("\n>")[1:-1]]
+    shown = [text.replace(" `\n", "") for text in shown if text]
+    return shown
+
+
+def fraction_of(text):
+    return Fraction(text.partition(";")[0].replace(" ", ""))
+
+
+def close(shown, expected, size, what):
+    """Floats carry 64 bits; a script of a few steps loses few of them, in proportion to the size of its operands."""
+    check(abs(fraction_of(shown) - expected) <= size * Fraction(1, 10**17), f"{what}: {shown}, not {float(expected)}")
+
+
+def decimals(value):
+    """The decimal form of a fraction: forty figures behind the point, cut off."""
+    whole, rest = divmod(abs(value), 1)
+    return f"{'-' if value < 0 else ''}{whole}.{math.floor(rest * 10**40):040d}"
+
+
+def newton():
+    shown = values_of("newton.tv", "tolvek")
+    check(len(shown) == 7, str(shown))
+    x = Fraction(2)
+    check(shown[0] == "2", shown[0])
+    for text in shown[1:6]:
+        x = x - (x**3 - 2 * x - 5) / (3 * x**2 - 2)
+        x = x.limit_denominator(10**60)  # far beyond what a float tells apart
+        close(text, x, 2, "newton.tv")
+    root = Fraction(shown[5])
+    check(abs(root**3 - 2 * root - 5) < Fraction(1, 10**17), "the last value is a root")
+    cube = Fraction(shown[6])
+    check(abs(cube**3 - 10) < Fraction(1, 10**16), "the cube root of 10")
+
+
+def loan():
+    shown = values_of("loan.tv", "tolvek")
+    check(len(shown) == 13, str(shown))
+    owed, rate = Fraction(12000), Fraction(45, 1000) / 12
+    payment = owed * rate / (1 - (1 + rate) ** -12)
+    close(shown[0], payment, payment, "payment")
+    for month, text in enumerate(shown[1:12], 1):
+        owed = owed * (1 + rate) - payment
+        close(text, owed, 12000, f"month {month}")
+    check(abs(fraction_of(shown[12])) < Fraction(1, 10**13), f"nothing is owed at the end: {shown[12]}")
+
+
+def convergents():
+    shown = values_of("convergents.tv", "tolvek-exact")
+    expected, x, p, q = [], Fraction("3.14159265358979"), (0, 1), (1, 0)
+    for _ in range(7):
+        a = math.floor(x)
+        p, q = (p[1], a * p[1] + p[0]), (q[1], a * q[1] + q[0])
+        expected.append(Fraction(p[1], q[1]))
+        x = 1 / (x - a)
+    check(Fraction(355, 113) in expected, "the known one")
+    check([fraction_of(text) for text in shown] == expected, f"{shown}, not {expected}")
+    for text, value in zip(shown[1:], expected[1:]):
+        check(text == f"{value.numerator} / {value.denominator};  or  {decimals(value)}", text)
+
+
+def birthdays():
+    shown = values_of("birthdays.tv", "tolvek-exact")
+    probability = 1 - Fraction(math.factorial(365), math.factorial(342) * 365**23)
+    check(fraction_of(shown[0].replace("\n", "")) == probability, shown[0])
+    check(re.sub(r"\s", "", shown[0]).endswith("or" + decimals(probability)), shown[0])
+    check([int(re.sub(r"\s", "", text)) for text in shown[1:]] == [math.factorial(52), 2**521 - 1], str(shown[1:]))
+
+
+def every_script_has_its_test():
+    scripts = {name for name in os.listdir(examples) if name.endswith(".tv")}
+    check(scripts == {test.__name__ + ".tv" for test in TESTS}, str(scripts))
+
+
+TESTS = [newton, loan, convergents, birthdays]
+
+
+def main():
+    global programs, examples
+    programs, examples = (os.path.abspath(path) for path in sys.argv[1:])
+    return run_tests([*TESTS, every_script_has_its_test])
+
+
+if __name__ == "__main__":
+    sys.exit(main())
