@@ -34,8 +34,11 @@ def say(session, line, answer, prompt=">"):
 
 
 def open_level(session, level):
+    """Interrupts; the seconds until the prompt of the level stands."""
+    start = time.monotonic()
     session.interrupt()
-    return session.expect(OPENED + f"{level}>")
+    session.expect(OPENED + f"{level}>")
+    return time.monotonic() - start
 
 
 def at_the_prompt(program):
@@ -126,7 +129,8 @@ def the_previous_value_is_kept(program):
 def during_the_start(program):
     """The interrupt waits until the tables stand, and opens a level at the first prompt."""
     with Session(program) as session:
-        session.wait_for(" initializing...\n")
+        while not session.text:
+            check(session.read_some(20), "the program has ended")
         session.interrupt()
         session.wait_for("\n*** New command level.\n2>", 20)
         say(session, "1 + 1", shown(2), "2>")
@@ -145,7 +149,7 @@ def many_and_quickly(program):
             session.expect(RESUMED)
         say(session, "x", shown(11))
     median = statistics.median(times)
-    print(f"        from the signal to the prompt: median {median * 1000:.1f} ms, longest {max(times) * 1000:.1f} ms")
+    print(f"        from the signal to the prompt: median {median * 1000:.2f} ms, longest {max(times) * 1000:.2f} ms")
     check(median < LONGEST_ANSWER * PATIENCE, f"the level opens after {median:.3f} s")
 
 
