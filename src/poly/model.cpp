@@ -166,30 +166,35 @@ void standard_form(polynode *p) {
 
 /* ---- freeing ---- */
 
-/* A coefficient that is one number, the commonest, goes without a call; the nodes of the list go by one splice. */
-static void free_list(polynode *first) {
-    polynode *last = first;
-    for (polynode *t = first; t; t = t->next) {
+/* Gives the numbers of a list back and links its nodes into one chain, which begins with `first`, each term before its
+   coefficient. The last node of it. So nodes come back in the order in which a polynomial is built, and a later one
+   that takes them from the free list walks memory as this one did. A coefficient that is one number, the commonest,
+   goes without a call. */
+static polynode *chain_nodes(polynode *first) {
+    polynode *last = nullptr;
+    for (polynode *t = first, *next; t; t = next) {
+        next = t->next;
         last = t;
         if (t->is_number) {
             free_imag(&t->num);
-            continue;
+        } else if (polynode *c = t->poly) {
+            t->next = c;
+            if (c->is_number && !c->next) {
+                free_imag(&c->num);
+                last = c;
+            } else {
+                last = chain_nodes(c);
+            }
         }
-        polynode *c = t->poly;
-        if (c && c->is_number && !c->next) {
-            free_imag(&c->num);
-            push_poly(c);
-        } else if (c) {
-            free_list(c);
-        }
+        last->next = next;
     }
-    push_nodes(first, last);
+    return last;
 }
 
 void free_poly(polynode **p) {
     polynode *old = *p;
     *p = nullptr;
-    if (old) free_list(old);
+    if (old) push_nodes(old, chain_nodes(old));
 }
 
 /* ---- values ---- */
