@@ -1,0 +1,93 @@
+"""Whole programs against the clock, beside PARI/GP where it is installed.
+
+    bench/programs.py [--build <folder>] [--runs N] [--check]
+
+Each problem runs in pairs, one run of ours and one of the peer's by turns, so that a busy machine slows both. Shown are
+the medians, their ratio, the least and the greatest ratio of a pair, and the greatest memory of a run. The answers are
+compared. --check makes a ratio or a memory beyond its limit an error.
+"""
+
+import argparse
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+MEBIBYTE = 1024  # in kilobytes, the unit in which the system tells peak memory
+STATEMENTS = 100000
+
+
+class Problem:
+    """What is typed into each program, and what the last line with an answer must be."""
+
+    def __init__(self, name, ours, peers, answer, most_ratio, most_memory=None):
+        self.name, self.ours, self.peers, self.answer = name, ours, peers, answer
+        self.most_ratio, self.most_memory = most_ratio, most_memory
+
+
+PROBLEMS = [
+    Problem("start and &q", "&q\n", "", None, 2.0, 64 * MEBIBYTE),
+    Problem(f"{STATEMENTS} statements", "x := 0:\n" + "x := x + 1:\n" * STATEMENTS + "x\n&q\n",
+            "x = 0;\n" + "x = x + 1;\n" * STATEMENTS + "x\n", str(STATEMENTS), 2.0),
+]
+
+
+def run(command, typed, answer):
+    """Seconds and peak kilobytes of one run."""
+    with tempfile.TemporaryFile() as stdin, tempfile.TemporaryFile() as stdout, tempfile.TemporaryDirectory() as folder:
+        stdin.write(typed.encode())
+        stdin.seek(0)
+        start = time.perf_counter()
+        process = subprocess.Popen(command, stdin=stdin, stdout=stdout, stderr=subprocess.DEVNULL, cwd=folder)
+        _, status, usage = os.wait4(process.pid, 0)
+        seconds = time.perf_counter() - start
+        process.returncode = os.waitstatus_to_exitcode(status)
+        stdout.seek(0)
+        text = stdout.read().decode(errors="replace")
+    if process.returncode != 0:
+        sys.exit(f"{command[0]} ended with status {process.returncode}")
+    if answer is not None and answer not in (line.strip(" >") for line in text.split("\n")[-12:]):
+        sys.exit(f"{command[0]} gives a wrong answer: {text[-200:]!r}")
+    return seconds, usage.ru_maxrss
+
+
+def compare(problem, ours, peer, runs):
+    """Whether the limits hold."""
+    pairs, memory = [], 0
+    for _ in range(runs):
+        seconds, peak = run([ours], problem.ours, problem.answer)
+        memory = max(memory, peak)
+        pairs.append((seconds, run(peer, problem.peers, problem.answer)[0] if peer else None))
+    median = statistics.median(seconds for seconds, _ in pairs)
+    line = f"{os.path.basename(ours):13}{problem.name:20}{median * 1000:9.1f} ms{memory / MEBIBYTE:7.1f} MiB"
+    holds = problem.most_memory is None or memory <= problem.most_memory
+    if peer:
+        other = statistics.median(seconds for _, seconds in pairs)
+        ratios = [mine / theirs for mine, theirs in pairs]
+        line += f"   gp{other * 1000:9.1f} ms   ratio {median / other:5.2f}  ({min(ratios):.2f} to {max(ratios):.2f})"
+        holds = holds and median / other <= problem.most_ratio
+    print(line + ("" if holds else "   beyond the limit"))
+    return holds
+
+
+def main():
+    top = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--build", default=os.path.join(top, "build/release"))
+    parser.add_argument("--runs", type=int, default=11)
+    parser.add_argument("--check", action="store_true")
+    options = parser.parse_args()
+    gp = shutil.which("gp")
+    if not gp:
+        print("gp is not installed: our own times alone")
+    peer = [gp, "-f", "-q"] if gp else None
+    held = [compare(problem, os.path.join(os.path.abspath(options.build), "bin", program), peer, options.runs)
+            for problem in PROBLEMS for program in ("tolvek", "tolvek-exact")]
+    return 1 if options.check and not all(held) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
