@@ -1,5 +1,6 @@
 #include "numbers/storage_report.h"
 
+#include "language/stored.h"
 #include "numbers/free_lists.h"
 #include "numbers/poison.h"
 #include "numbers/stash.h"
@@ -46,6 +47,8 @@ static int64_t quolynodes(int64_t cap) { return list_length(quolygarb, offsetof(
 static int64_t variables(int64_t cap) { return list_length(var_garb, offsetof(variable, next), cap); }
 static int64_t names(int64_t cap) { return list_length(name_garb, offsetof(name, next), cap); }
 static int64_t columns(int64_t cap) { return list_length(colm_garb, offsetof(colm, next), cap); }
+static int64_t forms(int64_t cap) { return list_length(formhead, offsetof(form, next), cap); }
+static int64_t conds(int64_t cap) { return list_length(condhead, offsetof(cond, free_link), cap); }
 static int64_t poly_variables(int64_t cap) { return list_length(pt_garb, offsetof(pt, pt_next), cap); }
 
 struct garbage_caps {
@@ -76,8 +79,8 @@ static const garbage_line garbage_lines[] = {
     {"num", digits, numnodesize, true, true},           {"im", numbers, numbersize, true, true},
     {"var", variables, sizeof(variable), false, false}, {"name", names, sizeof(name), false, false},
     {"poly", polynodes, polynodesize, true, true},      {"quoly", quolynodes, quolysize, true, true},
-    {"colm", columns, sizeof(colm), false, false},
-    {"poly pointer", poly_variables, sizeof(pt), false, false},
+    {"colm", columns, sizeof(colm), false, false},      {"poly pointer", poly_variables, sizeof(pt), false, false},
+    {"form node", forms, sizeof(form), false, false},   {"cond expr", conds, sizeof(cond), false, false},
 };
 
 /* The letter behind a count belongs to the report. */

@@ -10,7 +10,7 @@
 #include "display/progress.h"
 #include "language/execution.h"
 #include "language/expressions.h"
-#include "numbers/free_lists.h"
+#include "language/stored.h"
 #include "top/driver.h"
 #include "top/parse.h"
 #include "top/settings.h"
@@ -49,23 +49,6 @@ static bool closed() {
 }
 
 /* ---- the ring ---- */
-
-/* A list of names that gives its records back at the end of the frame. */
-struct name_list {
-    name *head = nullptr;
-    name **end = &head;
-    ~name_list() { freename(head); }
-    name_list() = default;
-    name_list(const name_list &) = delete;
-    name_list &operator=(const name_list &) = delete;
-
-    void add(const token_record &t) {
-        name *record = newname();
-        record->tok = t;
-        *end = record;
-        end = &record->next;
-    }
-};
 
 /* The names behind ":", up to ")", the end of the stored list or the end of the line, closed by ";". */
 static void get_stream(switch_call &call, name_list &list) {

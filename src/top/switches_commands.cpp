@@ -2,6 +2,7 @@
 #include "display/listings.h"
 #include "language/execution.h"
 #include "language/expressions.h"
+#include "language/float_path.h"
 #include "language/stored.h"
 #include "numbers/storage_report.h"
 #include "top/driver.h"
@@ -44,7 +45,10 @@ void run_exactly(switch_call &call) {
     scanner(call.input, token, call.cursor);
     modular_pause pause;
     require("(", 131, call.input, call.cursor);
-    parse(call.input, call.result, call.cursor);
+    if (integerflag)
+        quoly_set_flote(iexpre(call.input, call.cursor), call.result);
+    else
+        parse(call.input, call.result, call.cursor);
     require(")", 1, call.input, call.cursor);
     if (!ends_statement(token)) error(350, token);
 }

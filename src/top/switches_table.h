@@ -136,8 +136,8 @@ void end_loop_early(switch_call &call); /* &> &] &} */
 void end_load(switch_call &call);
 void run_exactly(switch_call &call);
 void clean_up(switch_call &call);
+void list_functions(switch_call &call);
 void report_garbage(switch_call &call);
-void list_functions(switch_call &);
 void report_settings(switch_call &call);
 void report_minors(switch_call &call);
 void give_memavail(switch_call &call);

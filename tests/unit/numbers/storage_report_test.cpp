@@ -1,6 +1,7 @@
 /* The memory budget, and what lies idle on the free lists. */
 #include "numbers/storage_report.h"
 
+#include "language/stored.h"
 #include "numbers/free_lists.h"
 #include "numbers/stash.h"
 #include "poly/variables.h"
@@ -19,7 +20,7 @@ namespace {
 struct storage_report : fresh_system {
     void SetUp() override {
         fresh_system::SetUp();
-        found = {numhead, imhead, polygarb, quolygarb, colm_garb, name_garb, var_garb, pt_garb};
+        found = {numhead, imhead, polygarb, quolygarb, colm_garb, name_garb, var_garb, pt_garb, formhead, condhead};
         set({});
     }
     void TearDown() override {
@@ -36,6 +37,8 @@ struct storage_report : fresh_system {
         name *names = nullptr;
         variable *variables = nullptr;
         pt *poly_variables = nullptr;
+        form *forms = nullptr;
+        cond *conds = nullptr;
     };
     static void set(const heads &h) {
         numhead = h.digits;
@@ -46,6 +49,8 @@ struct storage_report : fresh_system {
         name_garb = h.names;
         var_garb = h.variables;
         pt_garb = h.poly_variables;
+        formhead = h.forms;
+        condhead = h.conds;
     }
 
     /* A list of n records. */
@@ -63,6 +68,9 @@ struct storage_report : fresh_system {
     void columns(std::size_t n) { colm_garb = chain<&colm::next>(column_records, n); }
     void poly_variables(std::size_t n) { pt_garb = chain<&pt::pt_next>(pt_records, n); }
 
+    void forms(std::size_t n) { formhead = chain<&form::next>(form_records, n); }
+    void conds(std::size_t n) { condhead = chain<&cond::free_link>(cond_records, n); }
+
     heads found;
     std::vector<numnode> digit_records;
     std::vector<number> number_records;
@@ -72,6 +80,8 @@ struct storage_report : fresh_system {
     std::vector<variable> variable_records;
     std::vector<colm> column_records;
     std::vector<pt> pt_records;
+    std::vector<form> form_records;
+    std::vector<cond> cond_records;
 };
 
 } // namespace
@@ -202,9 +212,13 @@ TEST_F(storage_report, the_other_lists_are_told_when_they_hold_something) {
     names(6);
     columns(7);
     poly_variables(8);
-    long others = 5 * sizeof(variable) + 6 * sizeof(name) + 7 * sizeof(colm) + 8 * sizeof(pt);
+    forms(9);
+    conds(10);
+    long others = 5 * sizeof(variable) + 6 * sizeof(name) + 7 * sizeof(colm) + 8 * sizeof(pt) + 9 * sizeof(form) +
+                  10 * sizeof(cond);
     EXPECT_EQ(text_of(garbage), "num count: 3i, 8\nim count: 2i, 48\nvar count: 5i\nname count: 6i\n"
-                                "poly count: 1i, 16\nquoly count: 4i, 20\ncolm count: 7i\npoly pointer count: 8i\n" +
+                                "poly count: 1i, 16\nquoly count: 4i, 20\ncolm count: 7i\npoly pointer count: 8i\n"
+                                "form node count: 9i\ncond expr count: 10i\n" +
                                     totals(3 * 8 + 2 * 48 + 1 * 16 + 4 * 20 + others));
 }
 
