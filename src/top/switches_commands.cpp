@@ -62,6 +62,17 @@ void list_functions(switch_call &call) {
     call.token_is_read = true;
 }
 
+/* ";" asks for values, ":" for names alone. */
+void list_variables(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    call.token_is_read = true;
+    const bool with_values = token_is(token, ";");
+    if (with_values || token_is(token, ":"))
+        listvars(with_values);
+    else
+        error(303, token);
+}
+
 void report_settings(switch_call &) { global_dump(); }
 
 void report_garbage(switch_call &) { garbage(); }
@@ -136,16 +147,6 @@ void choose_ring(switch_call &call) {
 void not_open(switch_call &) { error(layer_is_missing, token); }
 
 void not_open_for_text(switch_call &, const char *) { error(layer_is_missing, token); }
-
-void list_variables(switch_call &call) {
-    scanner(call.input, token, call.cursor);
-    call.token_is_read = true;
-    const bool with_values = token_is(token, ";");
-    if (with_values || token_is(token, ":"))
-        listvars(with_values);
-    else
-        error(303, token);
-}
 
 void stash_gcds(switch_call &call) {
     scanner(call.input, token, call.cursor);

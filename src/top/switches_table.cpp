@@ -264,6 +264,7 @@ const switch_row switch_rows[] = {
     {.code = '}', .variable = &exit_flag, .now = "Warning. &} ignored.\n", .run = end_loop_early},
     {.code = 'x', .run = end_load},
     {.code = 'o', .run = output_argument},
+    {.code = 'v', .run = list_variables},
     {.code = 'f', .run = list_functions},
     {.code = 'F', .run = list_functions},
     {.code = 'g', .run = report_settings},
@@ -275,7 +276,6 @@ const switch_row switch_rows[] = {
     {.code = 'p', .letter = 'p', .kind = number_kind, .run = choose_ring},
 
     /* ---- commands of layers that are not there ---- */
-    {.code = 'v', .run = list_variables},
     {.code = 'C', .run = stash_gcds},
     {.code = 'l', .letter = 'l', .kind = flag, .variable = &laurent,
      .on = " Negative exponents enabled.\n",

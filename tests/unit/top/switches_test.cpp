@@ -1,6 +1,7 @@
 /* Switches beyond what sessions at the prompt show: stored statements, rings, failures, values. */
 #include "top/switches.h"
 
+#include "display/progress.h"
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "numbers/number_decimal.h"
@@ -108,7 +109,6 @@ struct modulo : ring_guard {
         flotemode = 0;
         lintmode = modularmode = 1;
         modulus = m;
-        half_modulus = m / 2;
     }
 };
 
@@ -327,11 +327,11 @@ static const char *const bad_statements[] = {
     "&(D = 'x')",   "&(K = -1)",  "&(L = -1)", "&(u = -1)",    "&(_r = 'x')", "&(_r = _i)",  "&(_d = zz)", "&(p = 7)",
     "&(p = 7:x,y)", "&(p = 1)",   "&(p = _i",  "&(M = [a])",   "&(M = 'ab'",  "&(M = 'ab",   "&(R = ' ')", "&(R = 'a')",
     "&(S = 'a')",   "&(Q = 'a')", "&(J = x)",  "&(J > x)",     "&(P = 1)",    "&(l = 1)",    "&l",         "&p",
-    "&p(x)",        "&J",         "&P",        "&v",           "&v 1",        "&C+",         "&C-",        "&C 1",
-    "&r",           "&s",         "&4",        "&o",           "&_n",         "&y",          "&_y",        "&yy",
-    "&#\nzz",       "&#\n30 )",   "&#\n30; 1", "&#\n\n",       "&A\n9",       "&X\n299",     "&m\n3",      "&D\nzz",
-    "&K\nzz",       "&L\nzz",     "&u\nzz",    "&d\nzz",       "&_d\nzz",     "&_k\nzz",     "&_r\nzz",    "&_r\n3 )",
-    "&_m 1",        "&_m(1",      "&_m(1) 2",
+    "&p(x)",        "&J",         "&P",        "&v 1",         "&C+",         "&C-",         "&C 1",       "&r",
+    "&s",           "&4",         "&o",        "&_n",          "&y",          "&_y",         "&yy",        "&#\nzz",
+    "&#\n30 )",     "&#\n30; 1",  "&#\n\n",    "&A\n9",        "&X\n299",     "&m\n3",       "&D\nzz",     "&K\nzz",
+    "&L\nzz",       "&u\nzz",     "&d\nzz",    "&_d\nzz",      "&_k\nzz",     "&_r\nzz",     "&_r\n3 )",   "&_m 1",
+    "&_m(1",        "&_m(1) 2",
 };
 
 static bool reports_an_error(const std::string &text) {
