@@ -94,12 +94,14 @@ static bool take_way_back(switch_call &call) {
     return true;
 }
 
+static void say_unchanged(const switch_row &row) { sayf(" Already had that value; no change%s.\n", row.unchanged); }
+
 static void assign_flag(const switch_row &row, int value) {
     if (is_forbidden(row)) return;
     bool same = *row.variable == value;
     if (!same && !store_flag(row, value)) return;
     if (same && row.unchanged)
-        sayf(" Already had that value; no change%s.\n", row.unchanged);
+        say_unchanged(row);
     else
         say_flag(row, true);
 }
@@ -114,7 +116,7 @@ static void assign_number(const switch_row &row, int value, switch_call &call) {
     if (!row.unchanged || *row.variable != value)
         store_number(row, value, how);
     else if (how == switch_form::assignment)
-        sayf(" Already had that value; no change%s.\n", row.unchanged);
+        say_unchanged(row);
 }
 
 /* The value as an integer, before its row is asked; false when an error was reported. */

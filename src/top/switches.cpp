@@ -32,7 +32,7 @@ bool store_flag(const switch_row &row, int value) {
 void say_flag(const switch_row &row, bool assigned) {
     const char *on = assigned && row.assigned_on ? row.assigned_on : row.on;
     const char *off = assigned && row.assigned_off ? row.assigned_off : row.off;
-    put_format(&standard_output, *row.variable ? on : off, *row.variable);
+    put_format(&standard_output, *row.variable || !off ? on : off, *row.variable);
 }
 
 static void toggle(const switch_row &row, switch_call &call) {

@@ -41,7 +41,7 @@ struct switch_row {
     bool keeps_value = false; /* the value stands in the result of the command */
 
     /* flags */
-    const char *on = nullptr, *off = nullptr;
+    const char *on = nullptr, *off = nullptr; /* off is null where one format serves both values */
     const char *assigned_on = nullptr, *assigned_off = nullptr;
     const char *unchanged = nullptr; /* behind "no change"; null: the text of the value */
     bool any_number = false;         /* the assignment takes numbers other than 0 and 1, as 0 */
