@@ -16,61 +16,81 @@ constexpr int base_10_multcut = 10; /* the same for decimal form */
 /* Digits of a product from which one of its steps takes long enough to pass a safe point. */
 constexpr int safe_point_length = 1000;
 
-/* dst := chain * digit, from the head down. The product of a digit has a high and a low part; the low part meets the
+/* A product by one digit, from the head down. The product of a digit has a high and a low part; the low part meets the
    high part of the next one. A carry goes to the digit above at once, and what that pushes out of range is repaired
-   at the end, as in sums; nothing leaves the head, which is a high part. Where dst is the owner of the chain its nodes
-   are used again, each for the digit below the one that it held. */
+   at the end, as in sums; nothing leaves the head, which is a high part. */
+template <class radix_type> struct digit_steps {
+    int32_t sign;                    /* of the product */
+    int64_t factor;                  /* brings the sign of a digit to that of the magnitude */
+    numnode *last_outside = nullptr; /* the lowest digit to be repaired */
+    int32_t above = 0, low = 0;
+
+    digit_steps(int32_t head, int32_t digit) : sign((head ^ digit) < 0 ? -1 : 1), factor(sign * int64_t{digit}) {}
+
+    /* Takes the next digit; the one above it is complete, but for repairs, and goes to `slot`. */
+    void take(int32_t digit, numnode *slot) {
+        const uint64_t p = static_cast<uint64_t>(digit * factor);
+        const int32_t high = radix_type::high_part(p);
+        int32_t u = low + high;
+        low = radix_type::low_part(p, high);
+        above += radix_type::carry_of(u);
+        if (radix_type::outside(above)) [[unlikely]]
+            last_outside = slot;
+        slot->digit = sign * above;
+        above = u;
+    }
+    /* The last two digits; then product becomes dst's. */
+    void finish(numnode *slot, numnode *tail, growing_chain &product, number *dst, numnode **penultimate) {
+        slot->digit = sign * above;
+        tail->digit = sign * low;
+        if (last_outside) repair_chain(&product.top, last_outside, sign, 1, radix_type{});
+        product.trim();
+        if (product.len > 1) *penultimate = slot;
+        product.give_to(dst);
+    }
+};
+
+/* x := x * digit. A new node goes in front, and each node takes the product's digit for the place below that of the
+   digit it held. */
+template <class radix_type> static void multiply_in_place(number *x, int32_t digit, numnode **penultimate) {
+    digit_steps<radix_type> steps(x->num_head->digit, digit);
+    growing_chain product;
+    numnode *slot = &product.top, *next_slot = newdigit();
+    next_slot->next = x->num_head;
+    product.top.next = next_slot;
+    product.last = x->num_tail;
+    product.len = x->num_len + 1;
+    x->num_len = 0;
+    for (numnode *d = next_slot->next; d; d = d->next) {
+        steps.take(d->digit, slot);
+        slot = next_slot;
+        next_slot = d;
+    }
+    steps.finish(slot, next_slot, product, x, penultimate);
+}
+
+/* dst := chain * digit. */
 template <class radix_type>
-static void digit_product(const numnode *a, int len, int32_t digit, number *dst, numnode **penultimate,
-                          radix_type radix) {
+static void digit_product(const numnode *a, int len, int32_t digit, number *dst, numnode **penultimate, radix_type) {
     *penultimate = nullptr;
     if (digit == 0 || a->digit == 0) {
         set_one_digit(0, dst);
         return;
     }
-    const int32_t sign = (a->digit ^ digit) < 0 ? -1 : 1;
-    const int64_t factor = sign * int64_t{digit}; /* brings the sign of a digit to that of the magnitude */
-    growing_chain product;
-    numnode *used_again = nullptr;
     if (dst->num_head == a && dst->num_len == len) {
-        used_again = newdigit();
-        used_again->next = dst->num_head;
-        product.len = len + 1;
-        dst->num_len = 0;
+        multiply_in_place<radix_type>(dst, digit, penultimate);
+        return;
     }
-    numnode *last_outside = nullptr, *before_last = nullptr;
-    int32_t above = 0, low = 0;
-    for (; len > 0; len--) {
-        const uint64_t p = static_cast<uint64_t>(a->digit * factor);
-        const int32_t high = radix.high_part(p);
-        int32_t u = low + high;
-        low = radix.low_part(p, high);
-        above += radix.carry_of(u);
-        if (radix.outside(above)) [[unlikely]]
-            last_outside = product.last;
-        product.last->digit = sign * above;
-        above = u;
-        a = a->next;
-        if (used_again) {
-            product.last->next = used_again;
-            product.last = used_again;
-            used_again = used_again->next;
-        } else {
-            product.append(0);
-        }
-    }
-    product.last->digit = sign * above;
-    before_last = product.last;
-    if (used_again)
-        product.last = used_again;
-    else
+    digit_steps<radix_type> steps(a->digit, digit);
+    growing_chain product;
+    numnode *slot = &product.top;
+    for (; len > 0; len--, a = a->next) {
+        steps.take(a->digit, slot);
         product.append(0);
-    product.last->digit = sign * low;
-
-    if (last_outside) repair_chain(&product.top, last_outside, sign, 1, radix);
-    product.trim();
-    if (product.len > 1) *penultimate = product.len == 2 ? product.top.next : before_last;
-    product.give_to(dst);
+        slot = product.last;
+    }
+    product.append(0);
+    steps.finish(slot, product.last, product, dst, penultimate);
 }
 
 /* dst := a * b for at most two digits each. */
