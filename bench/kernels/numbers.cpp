@@ -7,7 +7,8 @@
      flat_mult_method      flat_karatsuba_cut, flat_transform_cut and the two for squares (limbs)
      flat_divide_method    flat_divide_cut (limbs)
      flat_radix_method     flat_radix_cut (limbs)
-     chain_method          flat_mult_cut, flat_quotient_cut, flat_root_cut, flat_decimal_cut (digits of 28 bits) */
+     chain_method          flat_mult_cut, flat_quotient_cut, flat_root_cut, flat_decimal_cut (digits of 28 bits), and
+                           flat_figures_cut (figures) */
 #include "numbers/flat_chains.h"
 #include "numbers/flat_divide.h"
 #include "numbers/flat_mult.h"
@@ -386,13 +387,16 @@ void flat_radix_method(benchmark::State &state, bool reading) {
 BENCHMARK_CAPTURE(flat_radix_method, printing, false)->ArgsProduct({{52, 520, 5191}, {10, 20, 30, 40, 60}});
 BENCHMARK_CAPTURE(flat_radix_method, reading, true)->ArgsProduct({{52, 520, 5191}, {10, 20, 30, 40, 60}});
 
-enum chain_operation { product, quotient, root, decimal };
+enum chain_operation { product, quotient, root, decimal, reading };
 
 /* The chain's own method (cut-offs out of reach) or the flat one. */
 void chain_method(benchmark::State &state, chain_operation operation, bool flat) {
     const int len = static_cast<int>(state.range(0)), cut = flat ? 2 : INT32_MAX;
     const int found[4] = {flat_mult_cut, flat_quotient_cut, flat_root_cut, flat_decimal_cut};
+    const size_t found_figures = flat_figures_cut;
     flat_mult_cut = flat_quotient_cut = flat_root_cut = flat_decimal_cut = cut;
+    flat_figures_cut = flat ? 1 : SIZE_MAX;
+    const std::string figures(static_cast<size_t>(len), '7');
     number_handle a, b, twice, q, r;
     rand_of_length(len, &a);
     rand_of_length(len, &b);
@@ -407,12 +411,15 @@ void chain_method(benchmark::State &state, chain_operation operation, bool flat)
                 flat_chain_base_10(a.num_head, len, &q);
             else
                 make_base_10(&a, &q);
+            break;
+        case reading: number_from_figures(figures.data(), figures.size(), &q);
         }
     }
     flat_mult_cut = found[0];
     flat_quotient_cut = found[1];
     flat_root_cut = found[2];
     flat_decimal_cut = found[3];
+    flat_figures_cut = found_figures;
 }
 void digit_lengths(benchmark::internal::Benchmark *b) {
     for (int n : {2, 3, 4, 5, 6, 8, 10, 12, 16, 24}) b->Arg(n);
@@ -425,6 +432,8 @@ BENCHMARK_CAPTURE(chain_method, root_chain, root, false)->Apply(digit_lengths);
 BENCHMARK_CAPTURE(chain_method, root_flat, root, true)->Apply(digit_lengths);
 BENCHMARK_CAPTURE(chain_method, decimal_chain, decimal, false)->Apply(digit_lengths);
 BENCHMARK_CAPTURE(chain_method, decimal_flat, decimal, true)->Apply(digit_lengths);
+BENCHMARK_CAPTURE(chain_method, reading_chain, reading, false)->Apply(digit_lengths)->Arg(32)->Arg(64);
+BENCHMARK_CAPTURE(chain_method, reading_flat, reading, true)->Apply(digit_lengths)->Arg(32)->Arg(64);
 
 } // namespace
 

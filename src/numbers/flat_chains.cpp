@@ -14,8 +14,8 @@ int flat_mult_cut = 4;
 int flat_quotient_cut = 4;
 int flat_gcd_cut = 2;
 int flat_root_cut = 3;
-int flat_decimal_cut = 10;
-std::size_t flat_figures_cut = 17;
+int flat_decimal_cut = 12;
+std::size_t flat_figures_cut = 32;
 
 namespace {
 

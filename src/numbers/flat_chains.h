@@ -10,7 +10,7 @@
 namespace tolvek {
 
 /* Cut-offs, in digits of 28 bits of the shorter operand (of the divisor; of the only operand; in figures for
-   flat_figures_cut): the least length for which pouring pays. Measured by bench/kernels/numbers.cpp (pouring). Tests
+   flat_figures_cut): the least length for which pouring pays. Measured by bench/kernels/numbers.cpp (chain_method). Tests
    lower them; not below 2. */
 extern int flat_mult_cut, flat_quotient_cut, flat_gcd_cut, flat_root_cut, flat_decimal_cut;
 extern std::size_t flat_figures_cut;

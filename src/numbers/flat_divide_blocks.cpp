@@ -50,8 +50,23 @@ limb divide_block(limb *q, limb *a, size_t m, const limb *b, size_t n, limb *scr
 
 } // namespace
 
+/* Quotient limbs that the plain method finds between two safe points: some milliseconds. */
+static constexpr size_t school_stretch = 16384;
+
+/* The plain method in stretches, for a short divisor. */
+static limb divide_stretches(limb *q, limb *a, size_t m, const limb *b, size_t n) {
+    size_t at = (m - 1) / school_stretch * school_stretch;
+    const limb above = flat_divide_school(q + at, a + at, m - at, b, n);
+    while (at) {
+        safe_point();
+        at -= school_stretch;
+        flat_divide_school(q + at, a + at, school_stretch, b, n);
+    }
+    return above;
+}
+
 limb flat_divide_blocks(limb *q, limb *a, size_t m, const limb *b, size_t n) {
-    if (m < flat_divide_cut || n < flat_divide_cut) return flat_divide_school(q, a, m, b, n);
+    if (m < flat_divide_cut || n < flat_divide_cut) return divide_stretches(q, a, m, b, n);
     buffer<limb> scratch(n);
     size_t at = (m - 1) / n * n; /* the blocks are of n limbs but for the first one, from the top */
     limb above = divide_block(q + at, a + at, m - at, b, n, scratch.data());

@@ -20,12 +20,15 @@ void mult_even(limb *dst, const limb *a, const limb *b, size_t n) {
     flat_mult_karatsuba(dst, a, b, n, scratch.data());
 }
 
-/* na is above nb: a in slices of nb limbs, from the low end, each product added to the high half of the last. */
-void mult_slices(limb *dst, const limb *a, size_t na, const limb *b, size_t nb) {
-    flat_mult(dst, a, nb, b, nb);
-    buffer<limb> product(2 * nb);
-    for (size_t at = nb; at < na; at += nb) {
-        const size_t n = na - at < nb ? na - at : nb;
+/* The plain product's share between two safe points, in limbs of the longer operand: about a millisecond. */
+constexpr size_t longest_slice = 65536;
+
+/* a in slices of `slice` limbs, at least nb, from the low end, each product added to the high nb limbs of the last. */
+void mult_slices(limb *dst, const limb *a, size_t na, const limb *b, size_t nb, size_t slice) {
+    flat_mult(dst, a, slice, b, nb);
+    buffer<limb> product(slice + nb);
+    for (size_t at = slice; at < na; at += slice) {
+        const size_t n = na - at < slice ? na - at : slice;
         flat_mult(product.data(), a + at, n, b, nb);
         flat_copy(dst + at + nb, product.data() + nb, n);
         const limb carry = flat_add(dst + at, dst + at, product.data(), nb);
@@ -43,6 +46,8 @@ void flat_mult(limb *dst, const limb *a, size_t na, const limb *b, size_t nb) {
     }
     if (nb == 1)
         dst[na] = flat_mult_limb(dst, a, na, b[0]);
+    else if (nb < flat_karatsuba_cut && na > longest_slice)
+        mult_slices(dst, a, na, b, nb, longest_slice);
     else if (nb < flat_karatsuba_cut)
         flat_mult_school(dst, a, na, b, nb);
     else if (nb >= flat_transform_cut && na + nb <= flat_transform_longest)
@@ -50,7 +55,7 @@ void flat_mult(limb *dst, const limb *a, size_t na, const limb *b, size_t nb) {
     else if (na == nb)
         mult_even(dst, a, b, na);
     else
-        mult_slices(dst, a, na, b, nb);
+        mult_slices(dst, a, na, b, nb, nb);
 }
 
 void flat_square(limb *dst, const limb *a, size_t n) {

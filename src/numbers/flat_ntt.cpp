@@ -43,6 +43,17 @@ constexpr int root_order_log = 32;
 /* Blocks up to this length, in points, are taken level by level: 16 KiB, half of a first-level cache. */
 constexpr size_t ntt_cached_block = 2048;
 
+/* Points between two safe points: below a millisecond. */
+constexpr size_t points_per_stretch = 65536;
+
+/* Does work(first, last) for all of 0 .. n - 1. */
+template <class F> inline void in_stretches(size_t n, F work) {
+    for (size_t i = 0; i < n; i += points_per_stretch) {
+        safe_point();
+        work(i, minimum(n, i + points_per_stretch));
+    }
+}
+
 buffer<ntt_root> root_table[ntt_primes];
 ntt_root minus_one[ntt_primes];
 
@@ -79,11 +90,11 @@ void split_2(limb *a, size_t len, size_t j, const field_view &f) {
     }
 }
 
-/* Two levels on one block. */
-inline void split_4(limb *a, size_t len, size_t j, const field_view &f) {
+/* Two levels on one block, for the columns first .. last - 1 of its four quarters. */
+inline void split_4(limb *a, size_t len, size_t j, const field_view &f, size_t first, size_t last) {
     const size_t q = len / 4;
     const ntt_root w1 = f.roots[j], w2 = f.roots[2 * j], w3 = f.roots[2 * j + 1];
-    for (size_t i = 0; i < q; i++) {
+    for (size_t i = first; i < last; i++) {
         limb *x = a + i;
         const limb x0 = ntt_cut(x[0], f.twice), x1 = ntt_cut(x[q], f.twice);
         const limb y2 = ntt_times(x[2 * q], w1, f.p), y3 = ntt_times(x[3 * q], w1, f.p);
@@ -99,7 +110,7 @@ inline void split_4(limb *a, size_t len, size_t j, const field_view &f) {
 void descend_levels(limb *a, size_t len, size_t j, const field_view &f) {
     size_t blocks = 1, m = len;
     for (; m >= 4; m /= 4, blocks *= 4)
-        for (size_t b = 0; b < blocks; b++) split_4(a + b * m, m, j * blocks + b, f);
+        for (size_t b = 0; b < blocks; b++) split_4(a + b * m, m, j * blocks + b, f, 0, m / 4);
     if (m == 2)
         for (size_t b = 0; b < blocks; b++) split_2(a + 2 * b, 2, j * blocks + b, f);
 }
@@ -109,8 +120,7 @@ void descend(limb *a, size_t len, size_t j, const field_view &f) {
         descend_levels(a, len, j, f);
         return;
     }
-    safe_point();
-    split_4(a, len, j, f);
+    in_stretches(len / 4, [&](size_t first, size_t last) { split_4(a, len, j, f, first, last); });
     for (size_t k = 0; k < 4; k++) descend(a + k * (len / 4), len / 4, 4 * j + k, f);
 }
 
@@ -127,11 +137,11 @@ void join_2(limb *a, size_t len, size_t j, const field_view &f) {
     }
 }
 
-inline void join_4(limb *a, size_t len, size_t j, const field_view &f) {
+inline void join_4(limb *a, size_t len, size_t j, const field_view &f, size_t first, size_t last) {
     const size_t q = len / 4;
     const ntt_root w1 = minus_inverse_root(f, j), w2 = minus_inverse_root(f, 2 * j),
                    w3 = minus_inverse_root(f, 2 * j + 1);
-    for (size_t i = 0; i < q; i++) {
+    for (size_t i = first; i < last; i++) {
         limb *x = a + i;
         const limb x0 = x[0], x1 = x[q], x2 = x[2 * q], x3 = x[3 * q];
         const limb s0 = ntt_cut(x0 + x1, f.twice), s1 = ntt_times(x1 - x0 + f.twice, w2, f.p);
@@ -151,7 +161,7 @@ void ascend_levels(limb *a, size_t len, size_t j, const field_view &f) {
         blocks = len / 8;
     }
     for (; m <= len; m *= 4, blocks /= 4)
-        for (size_t b = 0; b < blocks; b++) join_4(a + b * m, m, j * blocks + b, f);
+        for (size_t b = 0; b < blocks; b++) join_4(a + b * m, m, j * blocks + b, f, 0, m / 4);
 }
 
 void ascend(limb *a, size_t len, size_t j, const field_view &f) {
@@ -159,9 +169,8 @@ void ascend(limb *a, size_t len, size_t j, const field_view &f) {
         ascend_levels(a, len, j, f);
         return;
     }
-    safe_point();
     for (size_t k = 0; k < 4; k++) ascend(a + k * (len / 4), len / 4, 4 * j + k, f);
-    join_4(a, len, j, f);
+    in_stretches(len / 4, [&](size_t first, size_t last) { join_4(a, len, j, f, first, last); });
 }
 
 /* ---- the tail ---- */
@@ -179,23 +188,27 @@ ntt_root tail_constant(const ntt_size &s, const field_view &f) { return f.roots[
 void part_with_tail(limb *a, size_t used, const ntt_size &s, const field_view &f) {
     const ntt_root c = tail_constant(s, f);
     const size_t terms = used ? (used - 1) / s.tail + 1 : 1;
-    for (size_t i = 0; i < s.tail; i++) {
-        const limb t = fold_to_tail(a, i, terms, s.tail, c, f.p);
-        a[i] += a[s.whole + i];
-        a[s.whole + i] = t;
-    }
+    in_stretches(s.tail, [&](size_t first, size_t last) {
+        for (size_t i = first; i < last; i++) {
+            const limb t = fold_to_tail(a, i, terms, s.tail, c, f.p);
+            a[i] += a[s.whole + i];
+            a[s.whole + i] = t;
+        }
+    });
 }
 
 /* The way back: with r the residue modulo x^whole - 1 and t that modulo x^tail - c, the polynomial is
    r + (x^whole - 1) h with h = (r mod (x^tail - c) - t) / 2, as x^whole is -1 there. Values below p. */
 void join_tail(limb *a, const ntt_size &s, const field_view &f) {
     const ntt_root c = tail_constant(s, f), half = ntt_prepare((f.p + 1) / 2, f.p);
-    for (size_t i = 0; i < s.tail; i++) {
-        const limb r = ntt_cut(fold_to_tail(a, i, s.whole / s.tail, s.tail, c, f.p), f.twice);
-        const limb h = ntt_cut(ntt_times(r + f.twice - a[s.whole + i], half, f.p), f.p);
-        a[i] = ntt_cut(a[i] + f.p - h, f.p);
-        a[s.whole + i] = h;
-    }
+    in_stretches(s.tail, [&](size_t first, size_t last) {
+        for (size_t i = first; i < last; i++) {
+            const limb r = ntt_cut(fold_to_tail(a, i, s.whole / s.tail, s.tail, c, f.p), f.twice);
+            const limb h = ntt_cut(ntt_times(r + f.twice - a[s.whole + i], half, f.p), f.p);
+            a[i] = ntt_cut(a[i] + f.p - h, f.p);
+            a[s.whole + i] = h;
+        }
+    });
 }
 
 /* a[i] := a[i] 2^64 2^64 / len modulo p: out of the transform and out of the factor 1 / 2^64. */
@@ -203,7 +216,9 @@ void scale(limb *a, size_t len, const field_view &f) {
     const limb word = static_cast<limb>((static_cast<limb2>(1) << limb_bits) % f.p);
     const limb inverse = f.p - (f.p - 1) / len; /* len divides p - 1 */
     const ntt_root r = ntt_prepare(static_cast<limb>(static_cast<limb2>(word) * inverse % f.p), f.p);
-    for (size_t i = 0; i < len; i++) a[i] = ntt_cut(ntt_times(a[i], r, f.p), f.p);
+    in_stretches(len, [&](size_t first, size_t last) {
+        for (size_t i = first; i < last; i++) a[i] = ntt_cut(ntt_times(a[i], r, f.p), f.p);
+    });
 }
 
 /* Fills the table of a prime up to `count`: w[2^k + i] = w[i] times the root of order 2^(k+2). A table left in the
@@ -261,12 +276,14 @@ void ntt_forward(limb *a, size_t used, const ntt_size &size, int field) {
 
 void ntt_multiply_values(limb *a, const limb *b, size_t n, int field) {
     const limb p = ntt_fields[field].p, inverse = ntt_fields[field].inverse;
-    for (size_t i = 0; i < n; i++) {
-        /* Montgomery's reduction: t and (t / p mod 2^64) p agree in their low limbs. */
-        const limb2 t = static_cast<limb2>(ntt_cut(a[i], 2 * p)) * ntt_cut(b[i], 2 * p);
-        const limb m = static_cast<limb>(t) * inverse;
-        a[i] = static_cast<limb>(t >> limb_bits) - static_cast<limb>(static_cast<limb2>(m) * p >> limb_bits) + p;
-    }
+    in_stretches(n, [&](size_t first, size_t last) {
+        for (size_t i = first; i < last; i++) {
+            /* Montgomery's reduction: t and (t / p mod 2^64) p agree in their low limbs. */
+            const limb2 t = static_cast<limb2>(ntt_cut(a[i], 2 * p)) * ntt_cut(b[i], 2 * p);
+            const limb m = static_cast<limb>(t) * inverse;
+            a[i] = static_cast<limb>(t >> limb_bits) - static_cast<limb>(static_cast<limb2>(m) * p >> limb_bits) + p;
+        }
+    });
 }
 
 void ntt_backward(limb *a, const ntt_size &size, int field) {

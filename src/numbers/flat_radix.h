@@ -7,7 +7,7 @@
 namespace tolvek {
 
 /* Limbs up to which a number is converted by single divisions or products. Measured by bench/kernels/numbers.cpp
-   (flat_radix_cut). Tests lower it; at least 1. */
+   (flat_radix_method). Tests lower it; at least 1. */
 extern size_t flat_radix_cut;
 
 constexpr int figures_per_group = 8; /* of a decimal-form number's node */

@@ -100,6 +100,11 @@ TEST_F(flat_divide_test, divisors_of_one_limb) {
     }
 }
 
+TEST_F(flat_divide_test, very_long_by_very_short_goes_in_stretches) {
+    const limbs q = rand_limbs(rnd, 40000), b = rand_limbs(rnd, 5), r = rand_below(rnd, b);
+    expect_division(dividend(q, b, r), b, q, r);
+}
+
 TEST_F(flat_divide_test, long_ones_agree_with_python) {
     for (size_t n : {300, 1500, 4000}) {
         const limbs a = rand_limbs(rnd, 2 * n + 17), b = rand_limbs(rnd, n);

@@ -128,6 +128,12 @@ TEST_F(flat_mult_test, uneven_operands_go_in_slices) {
     }
 }
 
+TEST_F(flat_mult_test, very_long_by_very_short_goes_in_slices_too) {
+    const limbs a = rand_limbs(rnd, 150000), b = rand_limbs(rnd, 5);
+    EXPECT_EQ(chosen(a, b), plain(a, b));
+    stop_at_each_safe_point([&] { chosen(a, b); });
+}
+
 TEST_F(flat_mult_test, products_too_long_for_one_transform_are_split_above_it) {
     low_cuts cuts(6, 30);
     lowered<size_t> longest(flat_transform_longest, 150);
