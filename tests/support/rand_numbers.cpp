@@ -175,11 +175,11 @@ void both_methods_test::SetUp() {
 }
 
 both_methods_test::~both_methods_test() {
-    flat_mult_cut = mult;
-    flat_quotient_cut = quotient;
-    flat_root_cut = root;
-    flat_decimal_cut = decimal;
-    flat_figures_cut = figures;
+    flat_mult_cut = mult_cut;
+    flat_quotient_cut = quotient_cut;
+    flat_root_cut = root_cut;
+    flat_decimal_cut = decimal_cut;
+    flat_figures_cut = figures_cut;
 }
 
 } // namespace tolvek

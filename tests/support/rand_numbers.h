@@ -73,8 +73,9 @@ struct both_methods_test : numbers_test, ::testing::WithParamInterface<method> {
     ~both_methods_test() override;
 
   private:
-    int mult = flat_mult_cut, quotient = flat_quotient_cut, root = flat_root_cut, decimal = flat_decimal_cut;
-    std::size_t figures = flat_figures_cut;
+    int mult_cut = flat_mult_cut, quotient_cut = flat_quotient_cut, root_cut = flat_root_cut;
+    int decimal_cut = flat_decimal_cut;
+    std::size_t figures_cut = flat_figures_cut;
 };
 inline const auto both_methods = ::testing::Values(method::plain, method::flat);
 inline std::string method_name(const ::testing::TestParamInfo<method> &info) {
