@@ -28,6 +28,7 @@ void builtin_true(builtin_call &call);
 void builtin_binomial(builtin_call &call);    /* Bin(n, k) */
 void builtin_cast(builtin_call &call);        /* Cast(e), Pint(e): the value of a number as a machine integer */
 void builtin_isprime(builtin_call &call);     /* 1 for a prime, 0 below 2, else the least factor */
+void builtin_lcm(builtin_call &call);      /* LCM(a, b, ...) of integers */
 void builtin_number(builtin_call &call);      /* Number(^x): 1 for a plain number */
 void builtin_prime(builtin_call &call);       /* Prime(n): the nth prime, n from 1 to 1229 */
 void builtin_random(builtin_call &call);      /* Rand */

@@ -17,7 +17,7 @@ struct builtin_entry {
    does not allow it (62). */
 static const builtin_entry entries[] = {
     {"Array", nullptr, 28},
-    {"Bin", nullptr, 62},
+    {"Bin", builtin_binomial, 0},
     {"Cast", builtin_cast, 0},
     {"Chpoly", nullptr, 28},
     {"Codeg", nullptr, 62},
@@ -50,7 +50,7 @@ static const builtin_entry entries[] = {
     {"Isprime", builtin_isprime, 0},
     {"Iszero", nullptr, 28},
     {"Killden", nullptr, 62},
-    {"LCM", nullptr, 62},
+    {"LCM", builtin_lcm, 0},
     {"Lcoef", nullptr, 62},
     {"Level", nullptr, 62},
     {"Lmon", nullptr, 62},

@@ -26,8 +26,8 @@ TEST_F(exact_builtins, primality_gives_1_or_the_least_factor) {
     EXPECT_EQ(value_of("Isprime(-7)"), "0");
     EXPECT_EQ(value_of("Isprime(2)"), "1");
     EXPECT_EQ(value_of("Isprime(91)"), "7");
-    EXPECT_EQ(value_of("Isprime(2^61-1)"), "1");           /* a Mersenne prime */
-    EXPECT_EQ(value_of("Isprime(2^59-1)"), "179951");      /* Landry 1869 */
+    EXPECT_EQ(value_of("Isprime(2^61-1)"), "1");      /* a Mersenne prime */
+    EXPECT_EQ(value_of("Isprime(2^59-1)"), "179951"); /* Landry 1869 */
     EXPECT_TRUE(raises(run("Isprime(2^63)"), 289));
     EXPECT_TRUE(raises(run("Isprime(1/2)"), 227));
 }
@@ -44,6 +44,35 @@ TEST_F(exact_builtins, parts_of_rationals) {
     EXPECT_EQ(value_of("Equalneg(1/2, -1/2)"), "1");
     EXPECT_EQ(value_of("Equal(1, 2)"), "0");
     EXPECT_TRUE(raises(run("Equal(1)"), 202));
+}
+
+TEST_F(exact_builtins, binomials) {
+    EXPECT_EQ(value_of("Bin(10, 3)"), "120");
+    EXPECT_EQ(value_of("Bin(3, 5)"), "0");
+    EXPECT_EQ(value_of("Bin(3, -1)"), "0");
+    EXPECT_EQ(value_of("Bin(100, 50)"), "100891344545564193334812497256"); /* Python: math.comb(100, 50) */
+    EXPECT_TRUE(raises(run("Bin(2000, 900)"), 87));
+    EXPECT_TRUE(raises(run("Bin 3"), 177));
+    EXPECT_TRUE(raises(run("Bin(3)"), 202));
+    EXPECT_TRUE(raises(run("Bin(3, 2"), 1));
+}
+
+TEST_F(builtins, float_binomials_end_at_152) {
+    EXPECT_EQ(value_of("Bin(10, 3)"), "120");
+    EXPECT_TRUE(raises(run("Bin(153, 3)"), 377));
+}
+
+TEST_F(exact_builtins, least_common_multiples) {
+    EXPECT_EQ(value_of("LCM(4, 6)"), "12");
+    EXPECT_EQ(value_of("LCM(4, -6, 10, 2^40)"), "16492674416640"); /* 15 * 2^40 */
+    EXPECT_EQ(value_of("LCM(5, 0)"), "0");
+    EXPECT_TRUE(raises(run("LCM(1/2)"), 227));
+}
+
+TEST_F(builtins, common_multiples_of_floats_are_products_with_a_warning) {
+    EXPECT_NE(run("LCM(4, 6)").find(" Warning.  LCM called in longint/modular mode.\n"), std::string::npos);
+    run("x := LCM(4, 6):");
+    EXPECT_EQ(value_of("x"), "24");
 }
 
 TEST_F(exact_builtins, integer_square_roots) {
