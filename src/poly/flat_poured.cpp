@@ -22,8 +22,10 @@ static double chain_size(const number *x) {
     return len > 3 ? std::ldexp(v + 1, std::min(digit_bits * (len - 3), 100000)) : v;
 }
 
+constexpr int terms_per_stretch = 65536; /* of a walk, between two safe points */
+
 static void measure_number(const number *x, poly_extent *e) {
-    e->terms++;
+    if (++e->terms % terms_per_stretch == 0) safe_point();
     if (flotemode || lintmode) return;
     const uint32_t head = static_cast<uint32_t>(std::abs(x->num_head->digit));
     const int bits = digit_bits * (x->num_len - 1) + (head ? 32 - __builtin_clz(head) : 0);
@@ -187,7 +189,7 @@ void pourer::constant(const number *x, int l, uint64_t key, uint32_t cell) {
     f.key.push(key);
     f.cell.push(cell);
     coefficient(x);
-    if (f.cell.size() % 65536 == 0) safe_point();
+    if (f.cell.size() % terms_per_stretch == 0) safe_point();
 }
 
 /* The list p of level `depth`; l is the first live level at or below it. */

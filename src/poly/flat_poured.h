@@ -30,7 +30,7 @@ struct poly_extent {
 
     exponent_range range_at(int level) const { return level <= levels ? range[level] : exponent_range{0, 0}; }
 };
-/* Safe for floats as well, whose coefficients count as 64 bits. */
+/* Floats count as 64 bits. Passes safe points. */
 void measure_poly(const polynode *p, poly_extent *x);
 
 /* Does an exponent of the product leave -2^31+1 .. 2^31-1? */

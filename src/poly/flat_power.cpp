@@ -26,8 +26,10 @@ namespace tolvek {
 
 namespace {
 
-constexpr int largest_factor_bits = 61;         /* of f_i (e u_i - U) and f_0 U */
-constexpr std::size_t terms_per_stretch = 4096; /* between two safe points */
+constexpr int largest_factor_bits = 61;                /* of f_i (e u_i - U) and f_0 U */
+constexpr uint64_t work_between_safe_points = 1 << 18; /* in limbs of products */
+constexpr uint64_t term_work = 30;                     /* of a term, however long */
+constexpr std::size_t terms_between_cleanings = 4096;
 
 /* f and the weights of its terms. */
 struct power_base {
@@ -75,6 +77,7 @@ class residue_terms {
   public:
     residue_terms(const power_base &b, int) : base(b), m(static_cast<uint32_t>(int32_t{modulus})) {}
 
+    static uint64_t cost() { return 1; }
     void begin() { /* f_0^e */
         int32_t v;
         mod_number_power(static_cast<int32_t>(base.f.word[0]), base.e, &v);
@@ -120,6 +123,7 @@ class integer_terms {
         clear_sum();
     }
 
+    uint64_t cost() const { return width; }
     void begin() {
         limb *x = push_room();
         int n = 1;
@@ -222,10 +226,7 @@ template <class ring> class power_series {
         order.add_term(k);
         for (uint32_t i : waiting) push(i);
         waiting.clear();
-        if (++count % terms_per_stretch == 0) {
-            drop_unneeded();
-            safe_point();
-        }
+        if (++count % terms_between_cleanings == 0) drop_unneeded();
     }
     void add_top();
     void drop_unneeded();
@@ -242,6 +243,7 @@ template <class ring> class power_series {
     buffer<uint32_t> waiting; /* cursors that have reached the end */
     std::size_t count = 0;
     int64_t weight = 0; /* of the sum in work */
+    uint64_t work = 0;  /* since the last safe point */
 };
 
 /* Adds the product on the top of the heap to the sum, and moves its cursor on. */
@@ -254,6 +256,10 @@ template <class ring> void power_series<ring>::add_top() {
     const int64_t factor = base.e * base.u[i] - of_weight[term];
     if (factor) terms.add(i, factor, term);
     push(i);
+    work += term_work + terms.cost();
+    if (work < work_between_safe_points) return;
+    work = 0;
+    safe_point();
 }
 
 template <class ring> void power_series<ring>::drop_unneeded() {

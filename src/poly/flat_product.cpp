@@ -26,7 +26,8 @@ int flat_widest = 40;
 
 namespace {
 
-constexpr uint64_t work_between_safe_points = 1 << 20;
+/* In products of words that go into cells, about a nanosecond each; what is sorted or poured out costs more. */
+constexpr uint64_t work_between_safe_points = 1 << 18, work_of_a_term = 16;
 
 struct node_pair {
     uint32_t a, b;
@@ -170,7 +171,7 @@ template <class ring> void flat_multiplier<ring>::multiply(int l, const node_pai
     for (std::size_t i = 0; i < n; i++)
         products += uint64_t{terms(a, l, pairs[i].a).count()} * terms(b, l, pairs[i].b).count();
     if (l >= shape.zone && in_cells(l, pairs, n, products)) return;
-    count_work(products);
+    count_work(products * work_of_a_term * r.cost());
     if (l >= shape.keyed && products <= flat_limit.sorted_products)
         sorted(l, pairs, n);
     else
@@ -199,7 +200,7 @@ bool flat_multiplier<ring>::in_cells(int l, const node_pair *pairs, std::size_t 
         if (swapped) std::swap(x, y);
         for (uint32_t k = x.from; k < x.to; k++) {
             r.row(cells.data(), swapped, k, y.from, y.count());
-            count_work(y.count());
+            count_work(y.count() * r.cost());
         }
     }
     const uint64_t box = shape.level[l].box;
@@ -212,6 +213,7 @@ template <class ring> void flat_multiplier<ring>::pour_cells(int l, uint32_t bas
     pour_box(shape, out, l, base, low, high, [this](uint32_t cell) {
         uint64_t *c = &cells[cell * r.words];
         if (r.empty(c)) return false;
+        count_work(work_of_a_term);
         const bool there = r.put(c, out);
         std::fill(c, c + r.words, 0);
         return there;

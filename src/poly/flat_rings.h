@@ -1,5 +1,6 @@
 /* The coefficient arithmetic of flat products. A ring adds products of poured coefficients into cells of a fixed number
-   of words, and turns a cell into a number at the end. A cell of zeros is empty. */
+   of words, and turns a cell into a number at the end. A cell of zeros is empty. cost() is that of one product, in
+   products of words. */
 #pragma once
 
 #include "poly/flat_emit.h"
@@ -14,6 +15,7 @@ struct word_operands {
     const int64_t *word[2];
     const uint32_t *cell[2];
 
+    static uint64_t cost() { return 1; }
     word_operands(const poured_poly &a, const poured_poly &b)
         : word{a.word.data(), b.word.data()}, cell{a.cell.data(), b.cell.data()} {}
 };
@@ -115,6 +117,9 @@ struct limb_ring {
 
     limb_ring(const poured_poly &a, const poured_poly &b, std::size_t w) : words(w), operand{&a, &b}, magnitude(w) {}
 
+    uint64_t cost() const {
+        return 2 + static_cast<uint64_t>(operand[0]->width) * static_cast<uint64_t>(operand[1]->width);
+    }
     /* c += or -= x * y. */
     void add(uint64_t *c, const uint64_t *x, int wx, const uint64_t *y, int wy, bool minus) const;
     void add(uint64_t *c, uint32_t i, uint32_t j) const {

@@ -1,0 +1,184 @@
+/* Products and powers that are left at a safe point, and how far apart safe points lie. */
+#include "poly/flat_dense.h"
+#include "poly/flat_power.h"
+#include "poly/flat_product.h"
+#include "poly/mult.h"
+#include "poly/mult_work.h"
+#include "poly/power_work.h"
+#include "support/rand_poly.h"
+#include "top/guards.h"
+#include "top/interrupts.h"
+
+#include <algorithm>
+#include <ctime>
+
+namespace tolvek {
+
+namespace {
+
+using mult_interrupt_test = poly_test;
+
+struct stopped {};
+long passed, stop_at;
+
+long safe_points_of(const std::function<void()> &routine) {
+    passed = stop_at = 0;
+    watch_safe_points([] {
+        if (++passed == stop_at) throw stopped{};
+    });
+    routine();
+    watch_safe_points(nullptr);
+    return passed;
+}
+
+/* Leaves the routine at its safe points, at 40 of them when there are more: no record is lost, and p is as before. */
+void leave_everywhere(const std::string &what, polynode **p, const std::function<void()> &routine) {
+    poly_handle before;
+    poly_assign(*p, before.slot());
+    routine(); /* tables that stay are made */
+    poly_assign(before.get(), p);
+    const long all = safe_points_of(routine);
+    poly_assign(before.get(), p);
+    const records_in_use found = count_records_in_use();
+    EXPECT_GT(all, 0) << what;
+    for (long k = 1; k <= all; k += std::max(1L, all / 40)) {
+        passed = 0;
+        stop_at = k;
+        watch_safe_points([] {
+            if (++passed == stop_at) throw stopped{};
+        });
+        EXPECT_THROW(routine(), stopped) << what;
+        watch_safe_points(nullptr);
+        EXPECT_EQ(count_records_in_use(), found) << what << ", safe point " << k;
+        ASSERT_TRUE(*p ? poly_equal(*p, before.get()) : !before) << what << ", safe point " << k;
+    }
+}
+
+/* n + 1 terms in each of so many variables, with coefficients that differ. */
+polynode *dense(int variables, int n) {
+    flat_poly terms;
+    std::vector<int32_t> key(static_cast<std::size_t>(variables));
+    for (int32_t c = 1;; c++) {
+        std::vector<int32_t> exponents = key;
+        while (!exponents.empty() && exponents.back() == 0) exponents.pop_back();
+        terms[exponents] = coef(c % 97 + 1);
+        std::size_t i = 0;
+        while (i < key.size() && key[i] == n) key[i++] = 0;
+        if (i == key.size()) return nested(terms);
+        key[i]++;
+    }
+}
+
+struct product_road {
+    const char *name;
+    int lists_cut;
+    int64_t flat_cut;
+    flat_limits limits;
+};
+
+} // namespace
+
+TEST_F(mult_interrupt_test, a_product_that_is_left_keeps_its_operands_and_loses_no_record) {
+    constexpr uint64_t wide = uint64_t{1} << 30;
+    const product_road roads[] = {
+        {"schoolbook", INT32_MAX, INT64_MAX, {}},
+        {"halves", 4, INT64_MAX, {}},
+        {"in cells", INT32_MAX, 0, {wide, wide, wide, 0, wide}},
+        {"sorted", INT32_MAX, 0, {0, 0, 0, 4096, wide}},
+        {"by windows", INT32_MAX, 0, {0, 0, 0, 0, 64}},
+    };
+    for (const std::string name : {"chain", "46337"})
+        for (const product_road &r : roads) {
+            test_ring ring(name);
+            kept_value<int> lists(poly_cutoff, r.lists_cut), lean(fast_mult_cut, r.lists_cut);
+            kept_value<int64_t> cut(flat_product_cut, r.flat_cut);
+            kept_value<flat_limits> limits(flat_limit, r.limits);
+            kept_value<uint64_t> no_transforms(flat_dense_longest, 0);
+            const bool flat_road = r.flat_cut == 0;
+            poly_handle a(flat_road ? dense(3, 9) : dense(2, 9)), b(flat_road ? dense(3, 8) : dense(2, 8)), p;
+            poly_handle kept_a, kept_b;
+            poly_assign(a.get(), kept_a.slot());
+            poly_assign(b.get(), kept_b.slot());
+            leave_everywhere(r.name, p.slot(), [&] { poly_mult(a.get(), b.get(), p.slot(), nullptr); });
+            leave_everywhere(r.name, a.slot(), [&] { poly_mult(a.get(), a.get(), a.slot(), nullptr); });
+            EXPECT_TRUE(poly_equal(a.get(), kept_a.get()) && poly_equal(b.get(), kept_b.get())) << r.name;
+        }
+}
+
+TEST_F(mult_interrupt_test, a_product_by_transforms_that_is_left) {
+    poly_handle a(dense(1, 3000)), b(dense(1, 2000)), p;
+    poly_extent xa, xb;
+    measure_poly(a.get(), &xa);
+    measure_poly(b.get(), &xb);
+    leave_everywhere("transforms", p.slot(), [&] { mult_dense(a.get(), xa, b.get(), xb, p.slot()); });
+}
+
+TEST_F(mult_interrupt_test, a_power_that_is_left_keeps_its_value) {
+    poly_handle a(poly_of("x + 2*y - z + 1"));
+    poly_extent x;
+    measure_poly(a.get(), &x);
+    leave_everywhere("recurrence", a.slot(), [&] { power_flat(a.slot(), 40, x); });
+    leave_everywhere("steps", a.slot(), [&] { power_by_steps(a.slot(), 6, nullptr); });
+    leave_everywhere("squares", a.slot(), [&] { power_by_squares(a.slot(), 7, nullptr); });
+}
+
+/* ---- the distance of safe points ---- */
+
+namespace {
+
+double last_time, longest_gap;
+
+double processor_time() {
+    timespec t;
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
+}
+void note_gap() {
+    const double now = processor_time();
+    longest_gap = std::max(longest_gap, now - last_time);
+    last_time = now;
+}
+double longest_gap_of(const std::function<void()> &routine) {
+    longest_gap = 0;
+    last_time = processor_time();
+    watch_safe_points(note_gap);
+    routine();
+    note_gap();
+    watch_safe_points(nullptr);
+    return longest_gap;
+}
+
+/* Sanitizers slow everything down. */
+#if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
+constexpr double most = 0.5;
+#else
+constexpr double most = 0.05;
+#endif
+
+} // namespace
+
+TEST_F(mult_interrupt_test, safe_points_lie_close_together) {
+    poly_handle p;
+    auto check = [&](const char *what, const polynode *a, const polynode *b) {
+        EXPECT_LT(longest_gap_of([&] { poly_mult(a, b, p.slot(), nullptr); }), most) << what;
+        free_poly(p.slot());
+    };
+    poly_handle four(dense(4, 5)), one(dense(1, 30000)), sparse(dense(1, 500)), other(dense(2, 30));
+    check("four variables", four.get(), four.get());
+    check("one variable", one.get(), one.get());
+    for (polynode *t = sparse.get(); t; t = t->next) t->expo *= 1000003;
+    check("sparse", sparse.get(), other.get());
+    check("sparse square", sparse.get(), sparse.get());
+    for (const std::string name : {"46337", "2147483629"}) {
+        test_ring ring(name);
+        poly_handle residues(dense(1, 30000)), plane(dense(2, 60));
+        check("residues", residues.get(), residues.get());
+        check("residues in two variables", plane.get(), plane.get());
+    }
+    poly_handle base(poly_of("x + y + z + 1"));
+    EXPECT_LT(longest_gap_of([&] { compute_power(base.slot(), 60, nullptr); }), most);
+    poly_handle long_one(poly_of("123456789*x + 987654321*y + 1"));
+    EXPECT_LT(longest_gap_of([&] { compute_power(long_one.slot(), 150, nullptr); }), most);
+}
+
+} // namespace tolvek
