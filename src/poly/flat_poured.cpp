@@ -100,7 +100,10 @@ static void add_live_levels(const poly_extent &a, const poly_extent &b, flat_sha
 
 static void pack_keys(flat_shape *shape) {
     int used = 0;
+    double places = 1;
     shape->keyed = shape->count;
+    for (int l = shape->count - 1; l >= 0; l--)
+        shape->level[l].places = places *= static_cast<double>(shape->level[l].span() + 1);
     for (int l = shape->count - 1; l >= 0; l--) {
         const uint64_t span = static_cast<uint64_t>(shape->level[l].span());
         const int width = span ? 64 - __builtin_clzll(span) : 0;

@@ -46,6 +46,7 @@ struct flat_level {
     int shift;                                                /* of its field in the keys */
     uint32_t stride;                                          /* of its exponent in the cells of the dense zone */
     uint64_t box;                                             /* cells of this level and those below it in the zone */
+    double places;                                            /* the same whether in the zone or not, rounded */
     int64_t span() const { return int64_t{span_a} + span_b; } /* of the product; below 2^32 */
 };
 

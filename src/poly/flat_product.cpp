@@ -21,10 +21,12 @@
 
 namespace tolvek {
 
-flat_limits flat_limit = {4096, uint64_t{1} << 20, 32, 2048, uint64_t{1} << 16};
+flat_limits flat_limit = {4096, uint64_t{1} << 20, 32, 2048, 16384, uint64_t{1} << 16};
 int flat_widest = 40;
 
 namespace {
+
+constexpr double places_of_sparse = 1000; /* for a product: its set will hardly meet cells further down */
 
 /* In products of words that go into cells, about a nanosecond each; what is sorted or poured out costs more. */
 constexpr uint64_t work_between_safe_points = 1 << 18, work_of_a_term = 16;
@@ -172,7 +174,8 @@ template <class ring> void flat_multiplier<ring>::multiply(int l, const node_pai
         products += uint64_t{terms(a, l, pairs[i].a).count()} * terms(b, l, pairs[i].b).count();
     if (l >= shape.zone && in_cells(l, pairs, n, products)) return;
     count_work(products * work_of_a_term * r.cost());
-    if (l >= shape.keyed && products <= flat_limit.sorted_products)
+    const bool sparse = shape.level[l].places > static_cast<double>(products) * places_of_sparse;
+    if (l >= shape.keyed && products <= (sparse ? flat_limit.sparse_products : flat_limit.sorted_products))
         sorted(l, pairs, n);
     else
         by_exponent(l, pairs, n);

@@ -11,7 +11,8 @@ struct flat_limits {
     uint64_t zone_cells;      /* cells of the dense zone: they stay in the nearest cache */
     uint64_t lone_cells;      /* the same where the zone is the last level alone */
     uint64_t cells_a_product; /* a set of products goes through cells if there are at most so many for each */
-    uint64_t sorted_products; /* else a set of at most so many products is written out and sorted */
+    uint64_t sorted_products; /* else a set of at most so many products is written out and sorted, ... */
+    uint64_t sparse_products; /* ... or of so many where there are very many places for each */
     uint64_t window_pairs;    /* pairs of nodes that are brought into order at one time */
 };
 extern flat_limits flat_limit;

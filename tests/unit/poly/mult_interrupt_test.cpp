@@ -83,9 +83,9 @@ TEST_F(mult_interrupt_test, a_product_that_is_left_keeps_its_operands_and_loses_
     const product_road roads[] = {
         {"schoolbook", INT32_MAX, INT64_MAX, {}},
         {"halves", 4, INT64_MAX, {}},
-        {"in cells", INT32_MAX, 0, {wide, wide, wide, 0, wide}},
-        {"sorted", INT32_MAX, 0, {0, 0, 0, 4096, wide}},
-        {"by windows", INT32_MAX, 0, {0, 0, 0, 0, 64}},
+        {"in cells", INT32_MAX, 0, {wide, wide, wide, 0, 0, wide}},
+        {"sorted", INT32_MAX, 0, {0, 0, 0, 4096, 4096, wide}},
+        {"by windows", INT32_MAX, 0, {0, 0, 0, 0, 0, 64}},
     };
     for (const std::string name : {"chain", "46337"})
         for (const product_road &r : roads) {

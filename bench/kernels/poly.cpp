@@ -1,0 +1,298 @@
+/* Products and powers of polynomials, each with a check of its answer: its number of terms and its value modulo
+   2147483629 at x, y, z, t, u = 2, 3, 5, 7, 11. bench/peers/poly_flint.c computes the same beside it; each takes the best
+   of several runs.
+
+   To be met, as multiples of the faster peer's time: product/dense4, power/..., product/random4 and product/univariate...
+   1.5, product/sparse5 2. The pairs route/... tell where the cut-offs lie: flat_product_cut (route/lists beside
+   route/flat) and the constants of flat_dense.cpp (route/flat beside route/transforms). */
+#include "numbers/stash.h"
+#include "poly/add.h"
+#include "poly/flat_dense.h"
+#include "poly/flat_product.h"
+#include "poly/measures.h"
+#include "poly/mult.h"
+#include "poly/mult_work.h"
+#include "poly/power_work.h"
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+using namespace tolvek;
+
+/* ---- operands ---- */
+
+constexpr uint64_t check_modulus = 2147483629;
+constexpr uint64_t points[] = {2, 3, 5, 7, 11};
+
+static uint64_t generator = 1;
+static uint64_t next_random() { return generator = generator * 16807 % 2147483647; }
+
+struct ring_of {
+    explicit ring_of(int32_t m) {
+        flotemode = 0;
+        lintmode = modularmode = m > 0;
+        modulus = m > 0 ? m : -1;
+    }
+    ring_guard found;
+};
+
+/* c times the variable of the level to the power e. */
+static void add_power(polynode **p, int level, int32_t e, int32_t c) {
+    poly_handle v;
+    base_poly(v.slot(), level);
+    polynode *t = v.get();
+    while (t->expo == 0) t = t->poly;
+    t->expo = e;
+    setvalue(c, t->poly->num);
+    best_poly_add(*p, v.release(), p);
+}
+
+/* 1 + the sum of the variables up to a level. */
+static void linear_form(int levels, polynode **p) {
+    poly_set(1, p);
+    for (int k = 1; k <= levels; k++) add_power(p, k, 1, 1);
+}
+
+/* Terms with exponents below 1000 in four variables and coefficients -99 .. 99, 0 left out. */
+static void random_terms(int n, polynode **p) {
+    poly_set(0, p);
+    for (; n > 0; n--) {
+        int32_t e[4];
+        for (int32_t &x : e) x = static_cast<int32_t>(next_random() % 1000);
+        const int32_t c = static_cast<int32_t>(next_random() % 199) - 99;
+        if (c == 0) continue;
+        polynode *t = nullptr;
+        poly_set(c, &t);
+        for (int l = 3; l >= 0; l--) {
+            polynode *power = nullptr;
+            make_monomial(&power, e[l], t);
+            t = power;
+        }
+        best_poly_add(*p, t, p);
+    }
+}
+
+/* Degree d; 30-digit coefficients in the chain form: three words of 31 bits and one of 7. */
+static void univariate(int d, polynode **p) {
+    poly_set(0, p);
+    for (int e = 0; e <= d; e++) {
+        number *c = newimag();
+        setvalue(static_cast<int32_t>(next_random() % (modularmode ? static_cast<uint64_t>(int32_t{modulus}) : 128)),
+                 c);
+        for (int k = 0; !modularmode && k < 3; k++) {
+            number x{}, radix{};
+            set_int64(int64_t{1} << 31, &radix);
+            fast_mult(c, &radix, c);
+            set_int64(static_cast<int64_t>(next_random()), &x);
+            num_add(c, &x, c);
+            special_free(&x);
+            special_free(&radix);
+        }
+        polynode *t = nullptr;
+        scalar_to_poly(c, &t);
+        push_imag(c);
+        if (poly_iszero(t)) {
+            free_poly(&t);
+            continue;
+        }
+        polynode *power = nullptr;
+        make_monomial(&power, e, t);
+        best_poly_add(power, *p, p);
+    }
+}
+
+/* ---- checks ---- */
+
+static uint64_t power_modulo(uint64_t b, uint64_t e) {
+    uint64_t r = 1;
+    for (; e; e >>= 1, b = b * b % check_modulus)
+        if (e & 1) r = r * b % check_modulus;
+    return r;
+}
+
+static uint64_t value_of(const polynode *p, const uint64_t *point) {
+    uint64_t sum = 0;
+    for (; p; p = p->next) {
+        uint64_t c = 0;
+        if (!p->is_number) {
+            c = value_of(p->poly, point + 1);
+        } else if (modularmode) {
+            c = static_cast<uint64_t>(p->num->lint_val);
+        } else {
+            int64_t v = 0;
+            for (const numnode *d = p->num->num_head; d; d = d->next)
+                v = (v * digit_radix + d->digit) % static_cast<int64_t>(check_modulus);
+            c = static_cast<uint64_t>(v < 0 ? v + static_cast<int64_t>(check_modulus) : v);
+        }
+        sum = (sum + c * power_modulo(*point, static_cast<uint64_t>(p->expo))) % check_modulus;
+    }
+    return sum;
+}
+
+/* What an answer must be; 0 terms: it is only told. */
+struct answer {
+    int64_t terms;
+    uint64_t value;
+};
+
+static void check_answer(benchmark::State &state, const polynode *p, answer expected) {
+    const int64_t terms = poly_numterms(p, 1);
+    const uint64_t value = value_of(p, points);
+    state.counters["terms"] = static_cast<double>(terms);
+    state.counters["value"] = static_cast<double>(value);
+    if (expected.terms && (terms != expected.terms || value != expected.value)) state.SkipWithError("wrong answer");
+}
+
+/* Times routine(p), without the freeing of the result. */
+template <class Routine> static void time_routine(benchmark::State &state, answer expected, Routine routine) {
+    poly_handle p;
+    for (auto _ : state) {
+        state.PauseTiming();
+        free_poly(p.slot());
+        state.ResumeTiming();
+        routine(p.slot());
+    }
+    check_answer(state, p.get(), expected);
+}
+
+/* ---- the figures ---- */
+
+static void dense4(benchmark::State &state) {
+    ring_of ring(0);
+    time_routine(state, {135751, 987308672}, [](polynode **p) {
+        poly_handle f, g, one;
+        linear_form(4, f.slot());
+        compute_power(f.slot(), 20, nullptr);
+        poly_set(1, one.slot());
+        poly_add(f.get(), one.get(), g.slot());
+        poly_mult(f.get(), g.get(), p, nullptr);
+    });
+}
+
+static void sparse5(benchmark::State &state) {
+    ring_of ring(0);
+    time_routine(state, {2096600, 451945313}, [](polynode **p) {
+        poly_handle f, g;
+        poly_set(1, f.slot());
+        poly_set(1, g.slot());
+        constexpr int32_t exponents[] = {1, 1, 2, 3, 5}, coefficients[] = {1, 1, 2, 3, 5};
+        for (int k = 0; k < 5; k++) {
+            add_power(f.slot(), k + 1, exponents[k], coefficients[k]);
+            const int from_end = k == 2 ? 3 : 5 - k; /* u, t, z, y, x */
+            add_power(g.slot(), from_end, exponents[k], coefficients[k]);
+        }
+        compute_power(f.slot(), 10, nullptr);
+        compute_power(g.slot(), 10, nullptr);
+        poly_mult(f.get(), g.get(), p, nullptr);
+    });
+}
+
+static void power(benchmark::State &state, int32_t m, uint32_t e, answer expected) {
+    ring_of ring(m);
+    time_routine(state, expected, [e](polynode **p) {
+        linear_form(3, p);
+        compute_power(p, e, nullptr);
+    });
+}
+
+static void random4(benchmark::State &state) {
+    ring_of ring(0);
+    generator = 1;
+    poly_handle f, g;
+    random_terms(2000, f.slot());
+    random_terms(2000, g.slot());
+    const answer product{0, 0};
+    const uint64_t value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus;
+    time_routine(state, product, [&](polynode **p) { poly_mult(f.get(), g.get(), p, nullptr); });
+    poly_handle p;
+    poly_mult(f.get(), g.get(), p.slot(), nullptr);
+    if (value_of(p.get(), points) != value) state.SkipWithError("wrong value");
+}
+
+static void univariate_product(benchmark::State &state, int32_t m, int degree) {
+    ring_of ring(m);
+    generator = 1;
+    poly_handle f, g, p;
+    univariate(degree, f.slot());
+    univariate(degree, g.slot());
+    time_routine(state, {0, 0}, [&](polynode **q) { poly_mult(f.get(), g.get(), q, nullptr); });
+    poly_mult(f.get(), g.get(), p.slot(), nullptr);
+    const uint64_t value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus;
+    if ((m == 0 || m == static_cast<int32_t>(check_modulus)) && value_of(p.get(), points) != value)
+        state.SkipWithError("wrong value");
+}
+
+/* ---- where the routes cross ---- */
+
+using route = void (*)(const polynode *a, const poly_extent &xa, const polynode *b, const poly_extent &xb,
+                       polynode **p);
+
+static void by_lists(const polynode *a, const poly_extent &, const polynode *b, const poly_extent &, polynode **p) {
+    mult_lists(a, b, p, nullptr);
+}
+
+/* Both operands: (1 + variables)^n over the modulus; the argument is n. */
+static void route_time(benchmark::State &state, route mult, int32_t m, int variables) {
+    ring_of ring(m);
+    poly_handle a, b;
+    linear_form(variables, a.slot());
+    power_by_squares(a.slot(), static_cast<uint32_t>(state.range(0)), nullptr);
+    poly_assign(a.get(), b.slot());
+    poly_extent xa, xb;
+    time_routine(state, {0, 0}, [&](polynode **p) {
+        xa = poly_extent();
+        xb = poly_extent();
+        measure_poly(a.get(), &xa);
+        measure_poly(b.get(), &xb);
+        mult(a.get(), xa, b.get(), xb, p);
+    });
+    state.counters["products"] = static_cast<double>(xa.terms) * static_cast<double>(xb.terms);
+}
+
+static void register_routes() {
+    const struct {
+        const char *name;
+        route mult;
+        int most[4]; /* the highest power in 1, 2, 3 variables */
+    } routes[] = {{"lists", by_lists, {0, 128, 12, 6}},
+                  {"flat", mult_flat, {0, 2048, 64, 16}},
+                  {"transforms", mult_dense, {0, 2048, 64, 16}}};
+    for (const auto &r : routes)
+        for (int32_t m : {0, 46337})
+            for (int variables = 1; variables <= 3; variables++) {
+                const std::string name =
+                    std::string("route/") + r.name + (m ? "/46337/" : "/Z/") + std::to_string(variables);
+                benchmark::RegisterBenchmark(name.c_str(), route_time, r.mult, m, variables)
+                    ->RangeMultiplier(2)
+                    ->Range(2, r.most[variables])
+                    ->Unit(benchmark::kMicrosecond);
+            }
+}
+
+static void register_figures() {
+    const auto unit = benchmark::kMillisecond;
+    benchmark::RegisterBenchmark("product/dense4", dense4)->Unit(unit);
+    benchmark::RegisterBenchmark("product/sparse5", sparse5)->Unit(unit);
+    benchmark::RegisterBenchmark("power/Z/180", power, 0, 180u, answer{1004731, 1222793497})->Unit(unit);
+    benchmark::RegisterBenchmark("power/46337/120", power, 46337, 120u, answer{0, 0})->Unit(unit);
+    benchmark::RegisterBenchmark("product/random4", random4)->Unit(unit);
+    benchmark::RegisterBenchmark("product/univariate/Z/5000", univariate_product, 0, 5000)->Unit(unit);
+    benchmark::RegisterBenchmark("product/univariate/65521/20000", univariate_product, 65521, 20000)->Unit(unit);
+    benchmark::RegisterBenchmark("product/univariate/2147483629/20000", univariate_product, 2147483629, 20000)
+        ->Unit(unit);
+}
+
+int main(int argc, char **argv) {
+    open_value_stashes();
+    preload_free_lists();
+    set_number_constants();
+    make_poly_constants();
+    poly_cutoff = 20;
+    fast_mult_cut = 10;
+    fast_gcd_size = 22008;
+    register_figures();
+    register_routes();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
