@@ -301,14 +301,18 @@ double transform_cost(const poly_extent &a, const poly_extent &b) {
 }
 
 /* Measured there as well: a product of terms costs about so much where cells are well filled, and where they are not. */
-constexpr double residue_step = 1.0, word_step = 1.6, limb_step = 1.5, sparse_step = 25;
+constexpr double residue_step = 1.0, word_step = 1.6, limb_step = 1.5, sparse_step = 25, list_step = 100,
+                 long_step = 64;
 constexpr double well_filled = 32; /* cells for a product, at most */
 
 double plain_flat_cost(const poly_extent &a, const poly_extent &b) {
     const double products = static_cast<double>(a.terms) * static_cast<double>(b.terms);
+    const double wide_a = limbs_for(a.bits), wide_b = limbs_for(b.bits);
     double step = modularmode || lintmode ? residue_step : word_step;
-    if (!lintmode && std::max(a.bits, b.bits) > 63)
-        step += limb_step * (limbs_for(a.bits) * limbs_for(b.bits) + limbs_for(a.bits));
+    if (!narrow_coefficients(a, b)) /* products of chains, which are faster than quadratic from some length on */
+        step += list_step + limb_step * std::min(wide_a * wide_b, long_step * (wide_a + wide_b));
+    else if (!lintmode && std::max(a.bits, b.bits) > 63)
+        step += limb_step * (wide_a * wide_b + wide_a);
     if (cells_of(a, b) > products * well_filled) step += sparse_step;
     return products * step;
 }

@@ -8,7 +8,8 @@ namespace tolvek {
 /* Cells of the longest product; tests lower it. */
 extern uint64_t flat_dense_longest;
 
-/* The estimated cost of a * b by transforms, in nanoseconds, and without them; for choosing only. Infinite where the
+/* The estimated cost of a * b by transforms, in nanoseconds, and without them, by flat arrays or, for long
+   coefficients, by lists; for choosing only. Infinite where the
    method does not apply. The operands fit flat products. */
 double transform_cost(const poly_extent &a, const poly_extent &b);
 double plain_flat_cost(const poly_extent &a, const poly_extent &b);

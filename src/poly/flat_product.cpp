@@ -405,7 +405,10 @@ bool limb_ring::put(const uint64_t *c, poly_emitter &out) {
 
 bool fits_flat_product(const poly_extent &a, const poly_extent &b) {
     if (flotemode || finf || a.levels + b.levels == 0) return false;
-    if (a.terms >= INT32_MAX || b.terms >= INT32_MAX) return false;
+    return a.terms < INT32_MAX && b.terms < INT32_MAX;
+}
+
+bool narrow_coefficients(const poly_extent &a, const poly_extent &b) {
     return lintmode || std::max(limbs_for(a.bits), limbs_for(b.bits)) <= flat_widest;
 }
 

@@ -17,13 +17,15 @@ struct flat_limits {
 };
 extern flat_limits flat_limit;
 
-/* Limbs of a coefficient from which products of single coefficients are better left to the long-integer product. */
+/* Limbs of a coefficient beyond which products of single coefficients are better left to the long-integer product. */
 extern int flat_widest;
+bool narrow_coefficients(const poly_extent &a, const poly_extent &b);
 
-/* Can a * b be computed by mult_flat? Not for floats, table fields, constants, very long coefficients. */
+/* Can a * b be computed by way of flat arrays? Not for floats, table fields and constants. */
 bool fits_flat_product(const poly_extent &a, const poly_extent &b);
 
-/* *p := a * b, whose extents are given and fit; exponents of the product are in range. */
+/* *p := a * b, whose extents are given and fit; exponents of the product are in range. Coefficients of any length are
+   right, but all take the room of the longest. */
 void mult_flat(const polynode *a, const poly_extent &xa, const polynode *b, const poly_extent &xb, polynode **p);
 
 } // namespace tolvek

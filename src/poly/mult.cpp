@@ -86,8 +86,10 @@ void poly_mult(const polynode *a, const polynode *b, polynode **p, pt *names) {
         mult_lists(a, b, p, names);
     else if (transform_cost(xa, of_b) < plain_flat_cost(xa, of_b))
         mult_dense(a, xa, b, of_b, p);
-    else
+    else if (narrow_coefficients(xa, of_b))
         mult_flat(a, xa, b, of_b, p);
+    else
+        mult_lists(a, b, p, names);
 }
 
 } // namespace tolvek

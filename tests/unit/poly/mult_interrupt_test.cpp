@@ -2,6 +2,7 @@
 #include "poly/flat_dense.h"
 #include "poly/flat_power.h"
 #include "poly/flat_product.h"
+#include "poly/measures.h"
 #include "poly/mult.h"
 #include "poly/mult_work.h"
 #include "poly/power_work.h"
@@ -10,7 +11,9 @@
 #include "top/interrupts.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <ctime>
+#include <malloc.h>
 
 namespace tolvek {
 
@@ -179,6 +182,61 @@ TEST_F(mult_interrupt_test, safe_points_lie_close_together) {
     EXPECT_LT(longest_gap_of([&] { compute_power(base.slot(), 60, nullptr); }), most);
     poly_handle long_one(poly_of("123456789*x + 987654321*y + 1"));
     EXPECT_LT(longest_gap_of([&] { compute_power(long_one.slot(), 150, nullptr); }), most);
+}
+
+/* ---- memory ---- */
+
+namespace {
+
+std::size_t held, most_held;
+
+/* Bytes of the heap that are held at most while the routine runs, beyond those before it. Records that lie on free lists
+   are hidden from it, so that it takes fresh ones. */
+std::size_t memory_of(const std::function<void()> &routine) {
+    numnode *digits = numhead;
+    number *numbers = imhead;
+    polynode *nodes = polygarb;
+    numhead = nullptr;
+    imhead = nullptr;
+    polygarb = nullptr;
+    const heap_hooks found = heap;
+    held = most_held = 0;
+    heap.request = [](std::size_t bytes) {
+        void *block = std::malloc(bytes);
+        held += malloc_usable_size(block);
+        most_held = std::max(most_held, held);
+        return block;
+    };
+    heap.release = [](void *block) {
+        held -= std::min(held, malloc_usable_size(block));
+        std::free(block);
+    };
+    routine();
+    heap = found;
+    /* back behind what was made meanwhile */
+    while (numnode *d = pop_record<&numnode::next>(digits)) push_digit(d);
+    while (number *x = pop_record<&number::num_link>(numbers)) push_imag(x);
+    while (polynode *t = pop_record<&polynode::next>(nodes)) push_poly(t);
+    return most_held;
+}
+
+} // namespace
+
+TEST_F(mult_interrupt_test, a_product_holds_at_most_200_bytes_a_term) {
+    const kept_value<int64_t> cut(flat_product_cut, 150);
+    flat_poly terms[2];
+    for (flat_poly &f : terms)
+        while (f.size() < 500)
+            f[{rnd.below(999) + 1, rnd.below(999) + 1, rnd.below(999) + 1, rnd.below(999) + 1}] =
+                coef(1 + rnd.below(99));
+    poly_handle a(nested(terms[0])), b(nested(terms[1])), dense_one(dense(4, 6)), p;
+    constexpr std::size_t beginnings = 3 << 20; /* blocks of records are half a mebibyte each, and not all are full */
+    for (const polynode *q : {a.get(), dense_one.get()}) {
+        const std::size_t bytes = memory_of([&] { poly_mult(q, q == a.get() ? b.get() : q, p.slot(), nullptr); });
+        EXPECT_LT(bytes, 200 * static_cast<std::size_t>(poly_numterms(p.get(), 1)) + beginnings);
+        EXPECT_GT(bytes, 50 * static_cast<std::size_t>(poly_numterms(p.get(), 1)));
+        free_poly(p.slot());
+    }
 }
 
 } // namespace tolvek

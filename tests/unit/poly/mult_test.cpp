@@ -1,5 +1,6 @@
 #include "poly/mult.h"
 
+#include "numbers/modular.h"
 #include "poly/flat_dense.h"
 #include "poly/flat_product.h"
 #include "poly/mult_work.h"
@@ -8,6 +9,7 @@
 #include "top/guards.h"
 
 #include <cmath>
+#include <functional>
 
 namespace tolvek {
 
@@ -171,6 +173,64 @@ TEST_F(mult_test, sums_at_the_ends_of_one_two_and_three_words) {
             check_product(a.get(), b.get(), "chain");
             if (HasFatalFailure()) return;
         }
+}
+
+/* The field with 256 elements, held in tables: its products are those of polynomials over two elements. */
+TEST_F(mult_test, a_field_in_tables) {
+    test_ring ring("256");
+    kept_value<int> field(finf, 1), kind(f256, 1);
+    EXPECT_EQ(product_text("x + 1", "x + 1"), "x^2 + 1");
+    EXPECT_EQ(product_text("2*x*y + 1", "128*x + 3*z"), "29*x^2*y + 6*x*y*z + 128*x + 3*z");
+    for (int i = times(40); i > 0; i--) {
+        poly_handle a(rand_poly(rnd, rand_shape(rnd))), b(rand_poly(rnd, rand_shape(rnd)));
+        check_product(a.get(), b.get(), "256 elements");
+        if (HasFatalFailure()) return;
+    }
+}
+
+/* The route is chosen by size; the values of product and factors agree at points modulo a prime. */
+TEST_F(mult_test, large_products_have_the_values_of_their_factors) {
+    const on_road chosen({"", 20, 10, 22008, 150, flat_limit});
+    flat_dense_longest = uint64_t{1} << 25;
+    const int32_t prime = 2147483629;
+    auto value = [&](const polynode *p, uint64_t seed) {
+        std::function<uint64_t(const polynode *, int)> at = [&](const polynode *q, int level) {
+            uint64_t sum = 0;
+            for (; q; q = q->next) {
+                const uint64_t x = (seed * 48271 + static_cast<uint64_t>(level) * 69621) % 2147483629;
+                uint64_t c = 0, power = 1;
+                if (q->is_number) {
+                    const uint32_t r = lintmode ? static_cast<uint32_t>(q->num->lint_val)
+                                                : chain_modulo(q->num, static_cast<uint32_t>(prime));
+                    c = r;
+                } else {
+                    c = at(q->poly, level + 1);
+                }
+                for (int32_t e = q->expo; e > 0; e--) power = power * x % 2147483629;
+                sum = (sum + c * power) % 2147483629;
+            }
+            return sum;
+        };
+        return at(p, 1);
+    };
+    const poly_shape shapes[] = {{1, 400, 500, 1, false}, {1, 300, 5000, 9, false}, {2, 40, 45, 2, false},
+                                 {3, 14, 15, 1, false},   {3, 9, 400, 1, false},    {4, 7, 8, 3, false},
+                                 {6, 4, 5, 1, false},     {5, 5, 100, 2, false},    {1, 60, 64, 60, false}};
+    for (const std::string name : {"chain", "2147483629"}) {
+        test_ring ring(name);
+        for (const poly_shape &shape : shapes) {
+            poly_handle a(rand_nonzero_poly(rnd, shape)), b(rand_nonzero_poly(rnd, shape)), p, square;
+            poly_mult(a.get(), b.get(), p.slot(), nullptr);
+            poly_mult(a.get(), a.get(), square.slot(), nullptr);
+            expect_canonical(p.get());
+            expect_canonical(square.get());
+            for (uint64_t seed : {uint64_t{1}, rnd() % 1000000}) {
+                const uint64_t va = value(a.get(), seed), vb = value(b.get(), seed);
+                EXPECT_EQ(value(p.get(), seed), va * vb % 2147483629) << name << " " << shape.variables;
+                EXPECT_EQ(value(square.get(), seed), va * va % 2147483629) << name << " " << shape.variables;
+            }
+        }
+    }
 }
 
 TEST_F(mult_test, a_zero_operand_gives_the_canonical_zero) {
