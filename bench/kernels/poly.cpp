@@ -1,5 +1,5 @@
 /* Products and powers of polynomials, each with a check of its answer: its number of terms and its value modulo
-   2147483629 at x, y, z, t, u = 2, 3, 5, 7, 11. bench/peers/poly_flint.c computes the same beside it; each takes the best
+   2147483629 at x, y, z, t, u = 2, 3, 5, 7, 11. bench/peers/poly_flint.cpp computes the same beside it; each takes the best
    of several runs.
 
    To be met, as multiples of the faster peer's time: product/dense4, power/..., product/random4 and product/univariate...
