@@ -47,9 +47,10 @@ static void read_step(stream *input, quolynode **step, name **cursor) {
     quoly_set(0, step);
 }
 
-/* At a level above 1 the old value may be an operand of the interrupted computation: the new one is built aside. */
+/* A number changes in place. A polynomial is built aside, so that it is whole whatever happens; and so is a number at a
+   level above 1, where it may be an operand of the interrupted computation. */
 static void add_step(quolynode **slot, const quolynode *step, bool minus) {
-    if (levelcount == 1) {
+    if (levelcount == 1 && (*slot)->is_num) {
         (minus ? better_quoly_sub : better_quoly_add)(*slot, step, slot);
         return;
     }

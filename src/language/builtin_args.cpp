@@ -13,11 +13,16 @@ const quolynode *argument::get() const {
     return own ? own.get() : quol_num_0;
 }
 
+void argument::read_own(builtin_call &call) {
+    old_expre(call.input, own.slot(), call.cursor);
+    values_held++;
+}
+
 void argument::read(builtin_call &call) {
     if (token_is(token, "^"))
         place = get_quoly_ptr(call);
     else
-        old_expre(call.input, own.slot(), call.cursor);
+        read_own(call);
 }
 
 void argument::read_expression(builtin_call &call) {
@@ -26,7 +31,7 @@ void argument::read_expression(builtin_call &call) {
         error(313, token);
         call.read_on();
     }
-    old_expre(call.input, own.slot(), call.cursor);
+    read_own(call);
 }
 
 void check_for_paren(builtin_call &call) {

@@ -3,6 +3,7 @@
 
 #include "language/expressions.h"
 #include "quoly/quoly.h"
+#include "top/guards.h"
 
 namespace tolvek {
 
@@ -31,8 +32,11 @@ class argument {
     quolynode **slot() { return place ? place : own.slot(); }
 
   private:
+    void read_own(builtin_call &call);
+
     quoly_handle own;
     quolynode **place = nullptr;
+    kept_value<int> held{values_held}; /* an own value is held as long as the argument lives */
 };
 
 /* "(" argument ")" and the next token. Errors 1, 177. */

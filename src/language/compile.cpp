@@ -4,13 +4,15 @@
 #include "language/expressions.h"
 #include "language/functions.h"
 #include "language/run.h"
+#include "poly/variables.h"
 #include "top/heap.h"
 
 namespace tolvek {
 
 quolynode **bound_slot(reference *r) {
     if (r->generation != scalar_generation) {
-        variable *v = find_variable(r->tok);
+        int level;
+        variable *v = is_poly_name(r->tok.text, &level) ? nullptr : find_variable(r->tok);
         r->slot = v ? &v->value : nullptr;
         r->generation = scalar_generation;
     }

@@ -75,6 +75,7 @@ static int evalcond(stream *input, name **cursor) {
     old_expre(input, left.slot(), cursor);
     if (!at_relation()) return left->is_num && quoly_is_one(left.get());
     relation r = read_relation(input, cursor);
+    held_value other;
     old_expre(input, right.slot(), cursor);
     return holds_of_values(r, left.get(), right.get());
 }

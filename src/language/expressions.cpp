@@ -8,6 +8,8 @@
 
 namespace tolvek {
 
+int values_held = 0;
+
 void own_value(place &at, quolynode **result) {
     if (!*result) {
         if (at.slot && *at.slot)
@@ -94,7 +96,10 @@ void term(stream *input, place &at, quolynode **result, name **cursor) {
         if (!at.slot) own_value(at, result);
         quoly_handle temporary;
         place right;
-        fact(input, right, temporary.slot(), cursor, 0);
+        {
+            held_value left;
+            fact(input, right, temporary.slot(), cursor, 0);
+        }
         if (*result)
             multiply_in_place(sign, result, value_at(right));
         else
@@ -109,7 +114,10 @@ void half_term(stream *input, quolynode **result, name **cursor) {
         safe_point();
         product_sign sign = read_product_sign(input, cursor);
         quoly_handle right;
-        old_fact(input, right.slot(), cursor);
+        {
+            held_value left;
+            old_fact(input, right.slot(), cursor);
+        }
         multiply_in_place(sign, result, right.get());
     }
 }
@@ -132,7 +140,10 @@ void expre(stream *input, place &at, quolynode **result, name **cursor) {
         own_value(at, result);
         quoly_handle temporary;
         place right;
-        term(input, right, temporary.slot(), cursor);
+        {
+            held_value left;
+            term(input, right, temporary.slot(), cursor);
+        }
         if (temporary) {
             (minus ? best_quoly_sub : best_quoly_add)(result, temporary.release());
         } else {
@@ -150,7 +161,10 @@ static void rest_of_sum(stream *input, quolynode **result, name **cursor) {
         bool minus = token_is(token, "-");
         scanner(input, token, cursor);
         quoly_handle right;
-        old_term(input, right.slot(), cursor);
+        {
+            held_value left;
+            old_term(input, right.slot(), cursor);
+        }
         (minus ? best_quoly_sub : best_quoly_add)(result, right.release());
     }
 }

@@ -22,6 +22,17 @@ struct place {
     int64_t index = 0;
 };
 
+/* Operands that expressions hold while they evaluate others. As long as there are any, nothing may change that would
+   give the held values another meaning: the variables of polynomials, their relations, the ring (error 73). Whoever
+   keeps a value in a frame while something else is evaluated keeps one of these too. */
+extern int values_held;
+struct held_value {
+    held_value() { values_held++; }
+    ~held_value() { values_held--; }
+    held_value(const held_value &) = delete;
+    held_value &operator=(const held_value &) = delete;
+};
+
 /* Statement level: a sum, or an assignment. The result is left empty when the value is only at the place: whoever
    must own it copies it (own_value). */
 void expre(stream *input, place &at, quolynode **result, name **cursor);

@@ -19,7 +19,7 @@ struct factor {
     place &at;
     quolynode **result;
     name **cursor;
-    int keep_missing;
+    bool moving; /* "*" in front: the value leaves its variable */
 
     void read_on() { scanner(input, token, cursor); }
     void give_zero() { quoly_set(0, result); }
@@ -56,8 +56,18 @@ static bool bound_value(factor &f) {
     return true;
 }
 
+/* A variable of polynomials stands for itself: it can be no target, and has no value to move. */
+static bool polynomial_variable(factor &f) {
+    int level;
+    if (!polynames || !is_poly_name(token.text, &level)) return false;
+    if (f.moving) error(363, token);
+    base_quoly(level, f.result);
+    f.read_on();
+    return true;
+}
+
 static void named_value(factor &f) {
-    if (bound_value(f)) return;
+    if (bound_value(f) || polynomial_variable(f)) return;
     token_record variable_name = token;
     if (begins_control_word(token) && !find_variable(variable_name)) return call_sys_func(f.input, f.result, f.cursor);
     hash_of(variable_name, scalar_chains);
@@ -202,7 +212,10 @@ static constexpr factor_readers readers;
 
 static void power(factor &f) {
     number_handle exponent;
-    get_exponent(f.input, f.cursor, &exponent, 1);
+    {
+        held_value base;
+        get_exponent(f.input, f.cursor, &exponent, 1);
+    }
     own_value(f.at, f.result);
     raise_to_power(f.result, &exponent);
 }
@@ -216,26 +229,30 @@ static void factorial_of(factor &f) {
 }
 
 /* The value at an argument, which takes the place of the first variable: a number has none. */
-static void evaluation(factor &f, bool moving) {
+static void evaluation(factor &f) {
     f.read_on();
     if (token_is(token, "[")) {
         error(175, token); /* the system array is empty */
         return;
     }
-    (moving ? move_value : own_value)(f.at, f.result);
+    (f.moving ? move_value : own_value)(f.at, f.result);
     quoly_handle argument;
-    old_fact(f.input, argument.slot(), f.cursor);
+    {
+        held_value polynomial;
+        old_fact(f.input, argument.slot(), f.cursor);
+    }
+    evaluate_first_variable(f.result, argument.get());
 }
 
-static void read_postfix(factor &f, bool moving) {
+static void read_postfix(factor &f) {
     if (token_is(token, "^"))
         power(f);
     else if (token_is(token, "!"))
         factorial_of(f);
     else if (token_is(token, "#"))
-        evaluation(f, moving);
+        evaluation(f);
     while (token_is(token, "\"")) {
-        (moving ? move_value : own_value)(f.at, f.result);
+        (f.moving ? move_value : own_value)(f.at, f.result);
         quoly_differen_once(f.result, 1);
         f.read_on();
     }
@@ -252,29 +269,29 @@ static bool read_move_flag(stream *input, name **cursor) {
     return false;
 }
 
-static void read_factor(factor &f, bool moving) {
+static void read_factor(factor &f) {
     check_stack();
     safe_point();
     free_quoly(f.result);
     f.at = {};
     readers.of[first_char(token)](f);
     if (*f.result) f.at.slot = f.result;
-    read_postfix(f, moving);
+    read_postfix(f);
     if (*f.result) f.at.slot = f.result;
 }
 
-void fact(stream *input, place &at, quolynode **result, name **cursor, int keep_missing) {
-    factor f{input, at, result, cursor, keep_missing};
+void fact(stream *input, place &at, quolynode **result, name **cursor, int) {
     bool moving = read_move_flag(input, cursor);
-    read_factor(f, moving);
+    factor f{input, at, result, cursor, moving};
+    read_factor(f);
     if (moving && !token_is(token, ":")) move_value(at, result);
 }
 
 void old_fact(stream *input, quolynode **result, name **cursor) {
     place at;
-    factor f{input, at, result, cursor, 0};
     bool moving = read_move_flag(input, cursor);
-    read_factor(f, moving);
+    factor f{input, at, result, cursor, moving};
+    read_factor(f);
     if (moving && *result) tolvek_error("eatstorage and n <> nil in old_fact.", 1);
     (moving ? move_value : own_value)(at, result);
 }
@@ -282,8 +299,8 @@ void old_fact(stream *input, quolynode **result, name **cursor) {
 void half_fact(stream *input, quolynode **result, name **cursor) {
     place at;
     at.slot = result;
-    factor f{input, at, result, cursor, 0};
-    read_postfix(f, false);
+    factor f{input, at, result, cursor, false};
+    read_postfix(f);
 }
 
 } // namespace tolvek

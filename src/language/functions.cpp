@@ -159,6 +159,7 @@ static void read_arguments(stream *input, const function *f, pending_call &call,
         if (is_poly_name(p->tok.text, &level)) error(125, p->tok);
         variable *v = call.add(p);
         if (!token_is(token, ")")) scanner(input, token, cursor);
+        kept_value<int> earlier(values_held, values_held + (p != f->params));
         (p->by_reference ? read_reference : read_value)(input, v, cursor);
         if (!token_is(token, ",") && !token_is(token, ")")) error(14, token);
     }

@@ -3,6 +3,7 @@
 #include "language/functions.h"
 
 #include "numbers/free_lists.h"
+#include "poly/canonical.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
 
@@ -77,6 +78,7 @@ variable *insert_var(token_record &t, quoly_handle &value) {
     v->tok = t;
     v->next_of_call = nullptr;
     v->by_reference = false;
+    check_stored(value.get());
     v->value = value.release();
     link_variable(v);
     return v;
@@ -132,12 +134,23 @@ static void free_variables(variable **list) {
     }
 }
 
+static void visit_chain(variable *v, void (*visit)(quolynode **, void *), void *context) {
+    for (; v; v = v->next)
+        if (v->value) visit(&v->value, context);
+}
+
+void visit_variables(void (*visit)(quolynode **slot, void *context), void *context) {
+    for (variable *chain : sca_store) visit_chain(chain, visit, context);
+    visit_chain(pending_variables, visit, context);
+}
+
 void forget_variables() {
     scalar_generation++;
     for (variable *&chain : sca_store) free_variables(&chain);
 }
 
 void store_value(quolynode **slot, quolynode *value) {
+    check_stored(value);
     quolynode *old = *slot;
     *slot = value;
     if (old && levelcount > 1) {

@@ -37,6 +37,8 @@ bool delete_variable(token_record &t);
 void link_variable(variable *v);
 bool unlink_variable(variable *v);
 void retire_variable(variable *v);
+/* Calls `visit` for the slot of every value of a scalar, deleted ones that wait included. */
+void visit_variables(void (*visit)(quolynode **slot, void *context), void *context);
 /* Deletes all scalars at once, freeing them. For tests. */
 void forget_variables();
 

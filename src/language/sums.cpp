@@ -55,6 +55,7 @@ static void add_term(stream *input, name **cursor, accumulator &total) {
         if (nested) sum_up(input, cursor, inner);
         total.add_flote(nested ? inner.flote : old_iexpre(input, cursor));
     } else {
+        held_value sum_so_far;
         quoly_handle term;
         accumulator inner{total.product, false, 0, term.slot()};
         if (nested)

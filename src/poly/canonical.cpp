@@ -63,4 +63,9 @@ int quoly_rule_broken(const quolynode *q) {
     return rational != (q->is_rat != 0) ? rational_mark : 0;
 }
 
+void report_broken_rule(int rule) {
+    sayf("rule %i ", rule);
+    tolvek_error("a stored value is not in order.", 0);
+}
+
 } // namespace tolvek

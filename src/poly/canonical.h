@@ -14,4 +14,16 @@ inline bool poly_is_canonical(const polynode *p) { return poly_rule_broken(p, po
    rule that numerator or denominator break. */
 int quoly_rule_broken(const quolynode *q);
 
+/* What a variable or a cell is given obeys the rules: debug and sanitizer builds look. */
+#if !defined(NDEBUG) || TOLVEK_POISONING
+constexpr bool stored_values_are_checked = true;
+#else
+constexpr bool stored_values_are_checked = false;
+#endif
+void report_broken_rule(int rule);
+inline void check_stored(const quolynode *q) {
+    if constexpr (stored_values_are_checked)
+        if (int rule = q ? quoly_rule_broken(q) : 0) report_broken_rule(rule);
+}
+
 } // namespace tolvek

@@ -74,6 +74,11 @@ class poly_handle {
     polynode *value = nullptr;
 };
 
+/* *p := *p times, or divided by, the number, in the ring in force; terms that become 0 go. In the chain form division is
+   exact. On an unwinding *p is null. The number stands apart from p. */
+void num_poly_mult(polynode **p, const number *c);
+void num_poly_quot(polynode **p, const number *c);
+
 /* ---- tests, in any ring ---- */
 
 inline bool is_constant(const polynode *p) { return p->is_number && !p->next; } /* a lone number term */

@@ -42,9 +42,15 @@ void make_dummy_variables();
 
 /* The statement that changes the set of variables. `in_place`: the form &(J = x) or &(J > x); otherwise the dialog &J.
    Syntax: an optional ">" (the variable goes to the head), an optional "-" (cancel), a name or Var and an expression that
-   gives a level, an optional tail ", P = polynomial". Every stored value follows. *more: a tail was read.
-   Errors 4, 73, 124, 126, 169, 228, 355, 356, 360, 361, 362. */
-void attach_poly(stream *input, name **cursor, int in_place, int *more);
+   gives a level, an optional tail ", P = polynomial". Entered with "=" or ">" as the token in place, in the dialog before
+   the answer; left with the ")" or the end of the statement as the token, which is looked at before anything changes.
+   Every stored value follows; the last value, which < gives, counts as 0 then.
+   Errors 4, 73, 124, 126, 129, 135, 169, 227, 228, 355, 356, 360, 361, 362; 62 for a tail that is in order. */
+void attach_poly(stream *input, name **cursor, int in_place);
+/* Error 73 and false at a level above 1, and while an expression holds a value that would not follow. */
+bool variables_may_change();
+/* Error 73 and false at a level above 1, and while an expression holds a value that would not follow. */
+bool variables_may_change();
 
 /* For tests: no variables. Stored values must be gone. */
 void forget_poly_variables();

@@ -29,6 +29,9 @@ void quoly_to_poly(const quolynode *q, polynode **p); /* q a plain number: *p :=
 quolynode *new_fraction(poly_handle &num, poly_handle &den);
 void replace_quoly(quolynode *q, quolynode **r); /* q takes the place of what *r held, which goes */
 
+/* *q := num / den in normal form; both are consumed. den is a lone number other than 0, or null. */
+void fraction_to_value(poly_handle &num, poly_handle &den, quolynode **q);
+
 extern quolynode *quol_num_0, *quol_num_1; /* ready constants, valid in every number form; never to be freed */
 void make_quoly_constants();
 
@@ -85,8 +88,9 @@ void quoly_inplace(quolynode *q);    /* negates */
 void quoly_great_int(quolynode **q); /* the floor */
 void quoly_abs(quolynode **q);       /* the magnitude */
 void quoly_reciprocal(quolynode **q);
-void raise_to_power(quolynode **q, const number *exponent); /* errors 22, 32, 85 */
-void quoly_compute_power(quolynode **q, uint32_t e);        /* e at least 1 */
-void quoly_differen_once(quolynode **q, int times);         /* derivative by the first variable */
+void raise_to_power(quolynode **q, const number *exponent);             /* errors 22, 32, 85 */
+void quoly_compute_power(quolynode **q, uint32_t e);                    /* e at least 1 */
+void quoly_differen_once(quolynode **q, int times);                     /* derivative by the first variable */
+void evaluate_first_variable(quolynode **q, const quolynode *argument); /* *q with the argument for it */
 
 } // namespace tolvek

@@ -6,12 +6,10 @@
 #include "numbers/int_mult.h"
 #include "numbers/modular.h"
 #include "numbers/rationals.h"
+#include "poly/mult.h"
 #include "quoly/quoly_numbers.h"
 
 namespace tolvek {
-
-static quolynode *rewritable(const quolynode *q) { return const_cast<quolynode *>(q); }
-static number *rewritable(const number *x) { return const_cast<number *>(x); }
 
 /* ---- products ---- */
 
@@ -26,18 +24,63 @@ void num_mult(const number *a, const number *b, number *dst) {
         fast_mult(a, b, dst);
 }
 
-void quoly_mult(const quolynode *a, const quolynode *b, quolynode **r) {
-    if (a->is_num && b->is_num)
-        number_result(num_mult, a->numb, b->numb, r);
-    else if (a->is_num)
-        mult_numb_rat(rewritable(a), rewritable(b), r);
+static void product_of_rationals(const quolynode *a, const quolynode *b, quolynode **r) {
+    if (a->is_num)
+        mult_numb_rat(a, b, r);
     else if (b->is_num)
-        mult_numb_rat(rewritable(b), rewritable(a), r);
+        mult_numb_rat(b, a, r);
     else
-        mult_rats(rewritable(a), rewritable(b), r);
+        mult_rats(a, b, r);
 }
 
-void fast_quoly_mult(quolynode **a, const quolynode *b) { quoly_mult(*a, b, a); }
+/* *p := the product of two numerators. */
+static void multiply_numerators(part &n1, part &n2, poly_handle &p) {
+    part &constant = is_constant(n1.get()) ? n1 : n2, &other = is_constant(n1.get()) ? n2 : n1;
+    if (is_constant(constant.get())) {
+        other.times(constant.get()->num);
+        *p.slot() = other.take();
+    } else {
+        poly_mult(n1.get(), n2.get(), p.slot(), polynames);
+    }
+}
+
+/* The product of two denominators, either of which may be missing. */
+static void multiply_denominators(part &d1, part &d2, poly_handle &d) {
+    if (!d1.get() && !d2.get()) return;
+    part &first = d1.get() ? d1 : d2;
+    if (d1.get() && d2.get()) d1.times(d2.get()->num);
+    *d.slot() = first.take();
+    if (poly_eq_1(d.get())) free_poly(d.slot());
+}
+
+/* n1 / d1 times n2 / d2, both in lowest terms: only the diagonals can have common factors. */
+static void product_of_fractions(value_operand a, value_operand b, quolynode **r) {
+    part n1, d1, n2, d2;
+    n1.numerator_of(a);
+    d1.denominator_of(a);
+    n2.numerator_of(b);
+    d2.denominator_of(b);
+    if (d2.get()) cancel_content(n1, d2);
+    if (d1.get()) cancel_content(n2, d1);
+    poly_handle num, den;
+    multiply_numerators(n1, n2, num);
+    multiply_denominators(d1, d2, den);
+    reduced_to_value(num, den, r);
+}
+
+static void product(value_operand a, value_operand b, quolynode **r) {
+    if (a.q->is_num && b.q->is_num)
+        number_result(num_mult, a.q->numb, b.q->numb, r);
+    else if (is_rational(a.q) && is_rational(b.q))
+        product_of_rationals(a.q, b.q, r);
+    else if (quoly_is_zero(a.q) || quoly_is_zero(b.q))
+        quoly_set(0, r);
+    else
+        product_of_fractions(a, b, r);
+}
+
+void quoly_mult(const quolynode *a, const quolynode *b, quolynode **r) { product({a, false}, {b, false}, r); }
+void fast_quoly_mult(quolynode **a, const quolynode *b) { product({*a, *a != b}, {b, false}, a); }
 
 /* ---- quotients ---- */
 
@@ -89,7 +132,7 @@ static void make_fraction(number_handle &num, number_handle &den, quolynode **r)
 static void chain_quotient(const number *a, const number *b, quolynode **r) {
     number_handle g, num, den;
     int coprime;
-    extgcd(rewritable(a), rewritable(b), &g, &num, &den, &coprime);
+    extgcd(a, b, &g, &num, &den, &coprime);
     make_fraction(num, den, r);
 }
 
@@ -104,32 +147,69 @@ static void number_quotient(const number *a, const number *b, quolynode **r) {
         chain_quotient(a, b, r);
 }
 
-/* n / q = n * (1 / q) */
-static void number_by_rational(const quolynode *n, const quolynode *q, quolynode **r) {
+/* v / q = v * (1 / q) for a rational q */
+static void quotient_by_rational(value_operand a, const quolynode *q, quolynode **r) {
     quoly_handle inverse;
     quoly_assign(q, inverse.slot());
     quoly_reciprocal(inverse.slot());
-    quoly_mult(n, inverse.get(), r);
+    product(a, {inverse.get(), false}, r);
 }
 
-void quoly_quot(const quolynode *a, const quolynode *b, quolynode **r, int) {
-    if (a->is_num && b->is_num)
-        number_quotient(a->numb, b->numb, r);
-    else if (b->is_num && quoly_is_zero(b))
+/* A polynomial, or one over an integer, divided by a number other than 0. */
+static void quotient_by_number(value_operand a, const number *b, quolynode **r) {
+    part n, d;
+    n.numerator_of(a);
+    d.denominator_of(a);
+    poly_handle num, den;
+    if (d.get()) {
+        d.times(b);
+        *den.slot() = d.take();
+    } else {
+        polynode lone{0, 1, nullptr, {const_cast<number *>(b)}};
+        node_assign(&lone, den.slot());
+    }
+    *num.slot() = n.take();
+    fraction_to_value(num, den, r);
+}
+
+static bool same_part(const polynode *a, const polynode *b) { return a && b ? poly_equal(a, b) : a == b; }
+
+/* Quotients by polynomials other than the dividend itself, and remainders, wait for the division of polynomials. */
+static void quotient_of_polys(const quolynode *a, const quolynode *b, const token_record &sign, quolynode **r) {
+    bool quotient_is_1 = token_is(sign, "/") && !a->is_num && same_part(a->den, b->den) && same_part(a->num, b->num);
+    if (!quotient_is_1) error(62, sign);
+    quoly_set(1, r);
+}
+
+static void quotient(value_operand a, const quolynode *b, quolynode **r) {
+    if (a.q->is_num && b->is_num)
+        number_quotient(a.q->numb, b->numb, r);
+    else if (quoly_is_zero(b))
         division_by_zero(r);
+    else if (b->is_num && is_rational(a.q))
+        quot_rat_numb(a.q, b, r);
     else if (b->is_num)
-        quot_rat_numb(rewritable(a), rewritable(b), r);
-    else if (a->is_num)
-        number_by_rational(a, b, r);
+        quotient_by_number(a, b->numb, r);
+    else if (is_rational(a.q) && !a.q->is_num && is_rational(b))
+        quot_rats(a.q, b, r);
+    else if (is_rational(b))
+        quotient_by_rational(a, b, r);
+    else if (quoly_is_zero(a.q))
+        quoly_set(0, r);
     else
-        quot_rats(rewritable(a), rewritable(b), r);
+        quotient_of_polys(a.q, b, quotsign, r);
 }
 
-void fast_quoly_quot(quolynode **a, const quolynode *b, int no_gcd) { quoly_quot(*a, b, a, no_gcd); }
+void quoly_quot(const quolynode *a, const quolynode *b, quolynode **r, int) { quotient({a, false}, b, r); }
+void fast_quoly_quot(quolynode **a, const quolynode *b, int) { quotient({*a, *a != b}, b, a); }
 
 void quoly_reciprocal(quolynode **q) {
     if ((*q)->is_num) {
         quoly_quot(quol_num_1, *q, q, 0);
+        return;
+    }
+    if (!is_rational(*q)) {
+        quotient_of_polys(quol_num_1, *q, quotsign, q);
         return;
     }
     number_handle num, den;
@@ -144,11 +224,15 @@ static void integer_quotient(const number *a, const number *b, number *dst) { mo
 static void remainder(const number *a, const number *b, number *dst) { mod_or_div(a, b, dst, 0); }
 
 void quoly_mod_or_div(const quolynode *a, const quolynode *b, quolynode **r, int op) {
-    if (!a->is_num || !b->is_num) {
-        error(227, op == '|' ? token_record{"|", hash_unknown} : token_record{"\\", hash_unknown});
+    token_record sign{"", hash_unknown};
+    sign.text[0] = static_cast<char>(op);
+    if (a->is_num && b->is_num) {
+        number_result(op == '|' ? remainder : integer_quotient, a->numb, b->numb, r);
+    } else if (is_rational(a) && is_rational(b)) {
+        error(227, sign);
         quoly_set(0, r);
     } else {
-        number_result(op == '|' ? remainder : integer_quotient, a->numb, b->numb, r);
+        quotient_of_polys(a, b, sign, r);
     }
 }
 

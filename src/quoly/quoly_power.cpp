@@ -3,6 +3,7 @@
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_power.h"
+#include "poly/mult.h"
 #include "quoly/quoly_numbers.h"
 
 #include <cmath>
@@ -11,19 +12,25 @@ namespace tolvek {
 
 /* ---- signs ---- */
 
-static number *leading_number(quolynode *q) { return q->is_num ? q->numb : q->num->num; }
+static bool is_negative(const quolynode *q) { return q->is_num ? num_sign(q->numb) < 0 : neg_leading_term(q->num); }
 
-int quoly_sign(const quolynode *q) { return num_sign(q->is_num ? q->numb : q->num->num); }
+int quoly_sign(const quolynode *q) { return num_sign(q->is_num ? q->numb : leading_coef(q->num)->num); }
 
-void quoly_inplace(quolynode *q) { in_place_neg(leading_number(q)); }
+void quoly_inplace(quolynode *q) {
+    if (q->is_num)
+        in_place_neg(q->numb);
+    else
+        poly_inplace(q->num);
+}
 
 void quoly_makeneg(const quolynode *q, quolynode **r) {
     quoly_assign(q, r);
     quoly_inplace(*r);
 }
 
+/* Of a polynomial: its leading number is not negative. */
 void quoly_abs(quolynode **q) {
-    if (quoly_sign(*q) < 0) quoly_inplace(*q);
+    if (is_negative(*q)) quoly_inplace(*q);
 }
 
 /* ---- integer parts ---- */
@@ -36,7 +43,9 @@ static void floor_of_rational(quolynode **q) {
 }
 
 void quoly_great_int(quolynode **q) {
-    if (!(*q)->is_num)
+    if (!is_rational(*q))
+        error(227, greatintsign);
+    else if (!(*q)->is_num)
         floor_of_rational(q);
     else if (flotemode)
         (*q)->numb->flote_val = std::floor((*q)->numb->flote_val);
@@ -44,13 +53,16 @@ void quoly_great_int(quolynode **q) {
 
 /* ---- powers ---- */
 
+/* Powers of coprime parts are coprime. A power may be constant where the ring has zero divisors, or wraps. */
 void quoly_compute_power(quolynode **q, uint32_t e) {
-    if ((*q)->is_num) {
-        number_power((*q)->numb, e);
+    quolynode *base = *q;
+    if (base->is_num) {
+        number_power(base->numb, e);
         return;
     }
-    number_power((*q)->num->num, e); /* powers of coprime numbers are coprime */
-    number_power((*q)->den->num, e);
+    compute_power(&base->num, e, polynames);
+    if (base->den) number_power(base->den->num, e);
+    if (!base->den && is_constant(base->num)) polynum_to_quoly(q);
 }
 
 /* An exponent as a machine integer; false when it is too long. */
@@ -78,10 +90,26 @@ void raise_to_power(quolynode **q, const number *exponent) {
         quoly_set(1, q);
         return;
     }
+    if (e < 0 && !is_rational(*q)) {
+        quoly_reciprocal(q); /* not possible yet: before the power is computed */
+        return;
+    }
     quoly_compute_power(q, static_cast<uint32_t>(e < 0 ? -e : e));
     if (e < 0) quoly_reciprocal(q);
 }
 
-void quoly_differen_once(quolynode **q, int) { quoly_set(0, q); } /* no value has a variable */
+/* ---- the first variable ---- */
+
+/* The derivative and the value of a polynomial wait for the division of polynomials, with which they come. */
+void quoly_differen_once(quolynode **q, int) {
+    if (is_rational(*q))
+        quoly_set(0, q);
+    else
+        error(62, token_record{"\"", hash_unknown});
+}
+
+void evaluate_first_variable(quolynode **q, const quolynode *) {
+    if (!is_rational(*q)) error(62, token_record{"#", hash_unknown});
+}
 
 } // namespace tolvek

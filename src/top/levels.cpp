@@ -7,6 +7,8 @@
 #include "top/driver.h"
 #include "top/loop.h"
 
+#include <utility>
+
 namespace tolvek {
 
 /* Flags and counters of the interrupted statement. */
@@ -30,6 +32,7 @@ class kept_statement {
         for (int i = 0; i < kept_flag_count; i++) flags[i] = *kept_flags[i];
         for (int i = 0; i < kept_name_count; i++) names[i] = *kept_names[i];
         if (prevnum) quoly_assign(prevnum, value_before.slot());
+        std::swap(prevnum, *value_before.slot()); /* a copy of it may be under way: the level gets another */
     }
     /* The rest of the interrupted line waits here while the level reads lines of its own. */
     void take_line() { take_rest_of_line(Input, line); }

@@ -5,6 +5,7 @@
 #include "language/float_path.h"
 #include "language/stored.h"
 #include "numbers/storage_report.h"
+#include "poly/variables.h"
 #include "top/driver.h"
 #include "top/parse.h"
 #include "top/settings_report.h"
@@ -141,6 +142,16 @@ void choose_ring(switch_call &call) {
     else
         error(lintmode && !modularmode ? 62 : layer_is_missing, token);
 }
+
+/* ---- the variables of polynomials ---- */
+
+static void read_variable_change() { attach_poly(&Input, &zilch, 0); }
+
+void ask_for_variable(switch_call &call) {
+    if (variables_may_change()) ask_and_run(call.row->question, read_variable_change);
+}
+
+void change_variables(switch_call &call) { attach_poly(call.input, call.cursor, 1); }
 
 /* ---- commands whose layer is not there ---- */
 

@@ -70,6 +70,15 @@ bool ask(const char *question, answer_ring ring, quoly_handle &answer) {
     return complete;
 }
 
+void ask_and_run(const char *question, void (*run)()) {
+    say(question);
+    suspended_line line;
+    kept_value<int> terminal(tt_flag, 1);
+    do_prompts();
+    run();
+    line.resume();
+}
+
 /* ---- answers ---- */
 
 static int integer_of_chain(const number *x) {

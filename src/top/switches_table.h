@@ -104,6 +104,9 @@ bool store_number(const switch_row &row, int value, switch_form how);
    and behind `token` is as before. Error 129: the answer goes on behind the value. False: an error was reported. */
 enum class answer_ring { in_force, not_modular };
 bool ask(const char *question, answer_ring ring, quoly_handle &answer);
+/* The same for an answer that is a statement of its own: `run` reads it from Input, carries it out, and refuses what
+   stands behind it. */
+void ask_and_run(const char *question, void (*run)());
 
 /* ---- what rows name: effects and words (top/switches_effects.cpp) ---- */
 
@@ -146,6 +149,8 @@ void output_argument(switch_call &call);
 void list_variables(switch_call &call);
 void stash_gcds(switch_call &call);
 void choose_ring(switch_call &call);
+void ask_for_variable(switch_call &call);
+void change_variables(switch_call &call);
 
 /* Commands whose layer is not there answer with this error. */
 constexpr int layer_is_missing = 18;

@@ -25,7 +25,6 @@ test_ring::test_ring(const std::string &name) {
     } else if (name != "chain") {
         lintmode = modularmode = 1;
         modulus = static_cast<int32_t>(std::stol(name));
-        half_modulus = modulus / 2;
     }
 }
 
