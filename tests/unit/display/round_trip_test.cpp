@@ -1,7 +1,9 @@
 /* What is shown says what the value is. A polynomial is drawn as a table of monomials, put together from it by hand,
    shown in every style, and read back by the small reader of this test into a table that must be the same one. */
 #include "by_hand.h"
+#include "language/names.h"
 #include "support/rand_numbers.h"
+#include "top/driver.h"
 
 #include <cctype>
 #include <map>
@@ -185,5 +187,68 @@ TEST_F(round_trip, every_line_end_on_the_screen_has_its_mark) {
         std::string text = shown(put_together(draw(), 0));
         for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at++)
             ASSERT_EQ(text.substr(at - 2, 2), " `") << text;
+    }
+}
+
+/* ---- through the prompt ---- */
+
+template <class base> struct at_the_prompt : base {
+    test_random rnd;
+    void SetUp() override {
+        base::SetUp();
+        this->run("&(J = x)\n&(J = y)\n&(J = z)");
+        do_line_sup = 0;
+    }
+    void TearDown() override {
+        forget_variables();
+        free_quoly(&prevnum);
+        forget_poly_variables();
+        laurent = 0;
+        base::TearDown();
+    }
+    std::string factor() {
+        auto number = [&] { return std::to_string(rnd.below(30) - 15); };
+        static const char *const variable[] = {"x", "y", "z"};
+        std::string text = "(" + number();
+        for (int terms = 1 + rnd.below(3); terms > 0; terms--)
+            text += "+(" + number() + ")*" + variable[rnd.below(3)] + "^" + std::to_string(1 + rnd.below(12));
+        return text + ")";
+    }
+    /* The text that is shown of p, typed in again, gives p. */
+    void check() {
+        std::string typed = factor() + "*" + factor() + "^" + std::to_string(1 + rnd.below(3));
+        this->run("p := " + typed);
+        std::string shown = this->value_of("p");
+        std::string zero = this->value_of("p - (" + shown + ")");
+        ASSERT_EQ(zero, "0") << typed << "\n" << shown;
+    }
+    void check_styles() {
+        for (int i = 0; i < times(60) && !this->HasFailure(); i++) {
+            monomial_list = rnd.below(2);
+            dispcutoff = rnd.one_in(2) ? 76 : 12 + rnd.below(40);
+            check();
+        }
+        dispcutoff = 1000000; /* a line end has no mark in the compact style */
+        uglyprint = 1;
+        for (int i = 0; i < times(20) && !this->HasFailure(); i++) {
+            monomial_list = rnd.below(2);
+            check();
+        }
+    }
+};
+using exact_prompt = at_the_prompt<fresh_exact_system>;
+using float_prompt = at_the_prompt<fresh_system>;
+
+TEST_F(exact_prompt, a_polynomial_that_was_shown_can_be_typed_in_again) { check_styles(); }
+
+TEST_F(float_prompt, a_polynomial_that_was_shown_can_be_typed_in_again) { check_styles(); }
+
+TEST_F(exact_prompt, long_coefficients_can_be_typed_in_again) {
+    for (const char *margin : {"&_d\n20", "&_d\n76"}) {
+        run(margin);
+        run("p := (7x^2 + 3y - 11)^60");
+        std::string shown = value_of("p");
+        EXPECT_GT(shown.size(), 10000u);
+        EXPECT_EQ(value_of("p - (" + shown + ")"), "0");
     }
 }
