@@ -49,8 +49,6 @@ void make_dummy_variables();
 void attach_poly(stream *input, name **cursor, int in_place);
 /* Error 73 and false at a level above 1, and while an expression holds a value that would not follow. */
 bool variables_may_change();
-/* Error 73 and false at a level above 1, and while an expression holds a value that would not follow. */
-bool variables_may_change();
 
 /* For tests: no variables. Stored values must be gone. */
 void forget_poly_variables();
