@@ -14,7 +14,8 @@ inline bool poly_is_canonical(const polynode *p) { return poly_rule_broken(p, po
    rule that numerator or denominator break. */
 int quoly_rule_broken(const quolynode *q);
 
-/* What a variable or a cell is given obeys the rules: debug and sanitizer builds look. */
+/* What an operation on values gives, and what a variable or a cell is given, obeys the rules: debug and sanitizer builds
+   look. */
 #if !defined(NDEBUG) || TOLVEK_POISONING
 constexpr bool stored_values_are_checked = true;
 #else

@@ -1,6 +1,7 @@
 /* Making, copying, freeing and reading quolys. */
 #include "numbers/handles.h"
 #include "numbers/number.h"
+#include "poly/canonical.h"
 #include "quoly/quoly.h"
 
 #include <cmath>
@@ -41,6 +42,7 @@ void replace_quoly(quolynode *q, quolynode **r) {
     quolynode *old = *r;
     *r = q;
     if (old != q) free_quoly(&old);
+    check_stored(q);
 }
 
 /* *q as a plain number whose record may be overwritten. */
