@@ -1,10 +1,9 @@
-/* Products and powers of polynomials, each with a check of its answer: its number of terms and its value modulo
-   2147483629 at x, y, z, t, u = 2, 3, 5, 7, 11. bench/peers/poly_flint.cpp computes the same beside it; each takes the best
-   of several runs.
+/* Products and powers of polynomials, each with a check of its answer: its number of terms and its value at
+   x, y, z, t, u = 2, 3, 5, 7, 11, modulo the ring's modulus or else 2147483629. bench/products.py runs them beside the
+   peers and knows what they are to be measured by.
 
-   To be met, as multiples of the faster peer's time: product/dense4, power/..., product/random4 and product/univariate...
-   1.5, product/sparse5 2. The pairs route/... tell where the cut-offs lie: flat_product_cut (route/lists beside
-   route/flat) and the constants of flat_dense.cpp (route/flat beside route/transforms). */
+   The pairs route/... tell where the cut-offs lie: flat_product_cut (route/lists beside route/flat) and the constants
+   of flat_dense.cpp (route/flat beside route/transforms). */
 #include "numbers/stash.h"
 #include "poly/add.h"
 #include "poly/flat_dense.h"
@@ -16,13 +15,18 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <string>
+#include <vector>
 
 using namespace tolvek;
 
 /* ---- operands ---- */
 
-constexpr uint64_t check_modulus = 2147483629;
+/* Answers are told by their value modulo this. */
+static uint64_t check_modulus() { return modularmode ? static_cast<uint64_t>(int32_t{modulus}) : 2147483629; }
 constexpr uint64_t points[] = {2, 3, 5, 7, 11};
 
 static uint64_t generator = 1;
@@ -102,16 +106,23 @@ static void univariate(int d, polynode **p) {
     }
 }
 
-/* ---- checks ---- */
+/* ---- times and checks ---- */
 
-static uint64_t power_modulo(uint64_t b, uint64_t e) {
+static double processor_seconds() {
+    timespec t;
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
+}
+
+static uint64_t power_modulo(uint64_t b, uint64_t e, uint64_t m) {
     uint64_t r = 1;
-    for (; e; e >>= 1, b = b * b % check_modulus)
-        if (e & 1) r = r * b % check_modulus;
+    for (; e; e >>= 1, b = b * b % m)
+        if (e & 1) r = r * b % m;
     return r;
 }
 
 static uint64_t value_of(const polynode *p, const uint64_t *point) {
+    const uint64_t m = check_modulus();
     uint64_t sum = 0;
     for (; p; p = p->next) {
         uint64_t c = 0;
@@ -122,18 +133,18 @@ static uint64_t value_of(const polynode *p, const uint64_t *point) {
         } else {
             int64_t v = 0;
             for (const numnode *d = p->num->num_head; d; d = d->next)
-                v = (v * digit_radix + d->digit) % static_cast<int64_t>(check_modulus);
-            c = static_cast<uint64_t>(v < 0 ? v + static_cast<int64_t>(check_modulus) : v);
+                v = (v * digit_radix + d->digit) % static_cast<int64_t>(m);
+            c = static_cast<uint64_t>(v < 0 ? v + static_cast<int64_t>(m) : v);
         }
-        sum = (sum + c * power_modulo(*point, static_cast<uint64_t>(p->expo))) % check_modulus;
+        sum = (sum + c * power_modulo(*point, static_cast<uint64_t>(p->expo), m)) % m;
     }
     return sum;
 }
 
-/* What an answer must be; 0 terms: it is only told. */
+/* What an answer must be; 0: it is only told. */
 struct answer {
-    int64_t terms;
-    uint64_t value;
+    int64_t terms = 0;
+    uint64_t value = 0;
 };
 
 static void check_answer(benchmark::State &state, const polynode *p, answer expected) {
@@ -141,7 +152,8 @@ static void check_answer(benchmark::State &state, const polynode *p, answer expe
     const uint64_t value = value_of(p, points);
     state.counters["terms"] = static_cast<double>(terms);
     state.counters["value"] = static_cast<double>(value);
-    if (expected.terms && (terms != expected.terms || value != expected.value)) state.SkipWithError("wrong answer");
+    if (expected.terms && terms != expected.terms) state.SkipWithError("wrong number of terms");
+    if (expected.value && value != expected.value) state.SkipWithError("wrong value");
 }
 
 /* Times routine(p), without the freeing of the result. */
@@ -158,69 +170,98 @@ template <class Routine> static void time_routine(benchmark::State &state, answe
 
 /* ---- the figures ---- */
 
-static void dense4(benchmark::State &state) {
-    ring_of ring(0);
-    time_routine(state, {135751, 987308672}, [](polynode **p) {
-        poly_handle f, g, one;
-        linear_form(4, f.slot());
-        compute_power(f.slot(), 20, nullptr);
-        poly_set(1, one.slot());
-        poly_add(f.get(), one.get(), g.slot());
-        poly_mult(f.get(), g.get(), p, nullptr);
-    });
+/* A product or power to be timed. */
+struct figure {
+    const char *name;
+    int32_t modulus; /* 0: over the integers */
+    void (*operands)(polynode **f, polynode **g);
+    void (*compute)(polynode *f, polynode *g, polynode **p);
+    answer expected;
+};
+
+static void no_operands(polynode **, polynode **) {}
+static void product(polynode *f, polynode *g, polynode **p) { poly_mult(f, g, p, nullptr); }
+
+static void dense4(polynode *, polynode *, polynode **p) {
+    poly_handle f, g, one;
+    linear_form(4, f.slot());
+    compute_power(f.slot(), 20, nullptr);
+    poly_set(1, one.slot());
+    poly_add(f.get(), one.get(), g.slot());
+    poly_mult(f.get(), g.get(), p, nullptr);
 }
 
-static void sparse5(benchmark::State &state) {
-    ring_of ring(0);
-    time_routine(state, {2096600, 451945313}, [](polynode **p) {
-        poly_handle f, g;
-        poly_set(1, f.slot());
-        poly_set(1, g.slot());
-        constexpr int32_t exponents[] = {1, 1, 2, 3, 5}, coefficients[] = {1, 1, 2, 3, 5};
-        for (int k = 0; k < 5; k++) {
-            add_power(f.slot(), k + 1, exponents[k], coefficients[k]);
-            const int from_end = k == 2 ? 3 : 5 - k; /* u, t, z, y, x */
-            add_power(g.slot(), from_end, exponents[k], coefficients[k]);
-        }
-        compute_power(f.slot(), 10, nullptr);
-        compute_power(g.slot(), 10, nullptr);
-        poly_mult(f.get(), g.get(), p, nullptr);
-    });
+static void sparse5(polynode *, polynode *, polynode **p) {
+    poly_handle f, g;
+    poly_set(1, f.slot());
+    poly_set(1, g.slot());
+    constexpr int32_t exponents[] = {1, 1, 2, 3, 5}, coefficients[] = {1, 1, 2, 3, 5};
+    for (int k = 0; k < 5; k++) {
+        add_power(f.slot(), k + 1, exponents[k], coefficients[k]);
+        const int from_end = k == 2 ? 3 : 5 - k; /* u, t, z, y, x */
+        add_power(g.slot(), from_end, exponents[k], coefficients[k]);
+    }
+    compute_power(f.slot(), 10, nullptr);
+    compute_power(g.slot(), 10, nullptr);
+    poly_mult(f.get(), g.get(), p, nullptr);
 }
 
-static void power(benchmark::State &state, int32_t m, uint32_t e, answer expected) {
-    ring_of ring(m);
-    time_routine(state, expected, [e](polynode **p) {
-        linear_form(3, p);
-        compute_power(p, e, nullptr);
-    });
+template <int e> static void power(polynode *, polynode *, polynode **p) {
+    linear_form(3, p);
+    compute_power(p, e, nullptr);
 }
 
-static void random4(benchmark::State &state) {
-    ring_of ring(0);
+static void random_operands(polynode **f, polynode **g) {
+    random_terms(2000, f);
+    random_terms(2000, g);
+}
+template <int degree> static void univariate_operands(polynode **f, polynode **g) {
+    univariate(degree, f);
+    univariate(degree, g);
+}
+
+static const figure figures[] = {
+    {"dense4", 0, no_operands, dense4, {135751, 987308672}},
+    {"sparse5", 0, no_operands, sparse5, {2096600, 451945313}},
+    {"power/Z", 0, no_operands, power<180>, {1004731, 1222793497}},
+    {"power/46337", 46337, no_operands, power<120>, {302621, 0}},
+    {"random4", 0, random_operands, product, {}},
+    {"univariate/Z", 0, univariate_operands<5000>, product, {}},
+    {"univariate/65521", 65521, univariate_operands<20000>, product, {}},
+    {"univariate/2147483629", 2147483629, univariate_operands<20000>, product, {}},
+};
+
+static void time_figure(benchmark::State &state, const figure &x) {
+    ring_of ring(x.modulus);
     generator = 1;
     poly_handle f, g;
-    random_terms(2000, f.slot());
-    random_terms(2000, g.slot());
-    const answer product{0, 0};
-    const uint64_t value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus;
-    time_routine(state, product, [&](polynode **p) { poly_mult(f.get(), g.get(), p, nullptr); });
-    poly_handle p;
-    poly_mult(f.get(), g.get(), p.slot(), nullptr);
-    if (value_of(p.get(), points) != value) state.SkipWithError("wrong value");
+    x.operands(f.slot(), g.slot());
+    answer expected = x.expected;
+    if (f) expected.value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus();
+    time_routine(state, expected, [&](polynode **p) { x.compute(f.get(), g.get(), p); });
 }
 
-static void univariate_product(benchmark::State &state, int32_t m, int degree) {
-    ring_of ring(m);
-    generator = 1;
+static double seconds_of(const figure &x, polynode *f, polynode *g, polynode **p) {
+    const double start = processor_seconds();
+    x.compute(f, g, p);
+    return processor_seconds() - start;
+}
+
+/* Tells the seconds of the first computation of a fresh process, the median of some more, and the answer. */
+static void tell_figure(const figure &x) {
+    ring_of ring(x.modulus);
     poly_handle f, g, p;
-    univariate(degree, f.slot());
-    univariate(degree, g.slot());
-    time_routine(state, {0, 0}, [&](polynode **q) { poly_mult(f.get(), g.get(), q, nullptr); });
-    poly_mult(f.get(), g.get(), p.slot(), nullptr);
-    const uint64_t value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus;
-    if ((m == 0 || m == static_cast<int32_t>(check_modulus)) && value_of(p.get(), points) != value)
-        state.SkipWithError("wrong value");
+    x.operands(f.slot(), g.slot());
+    std::printf("first %.9f\n", seconds_of(x, f.get(), g.get(), p.slot()));
+    std::printf("terms %lld\n", static_cast<long long>(poly_numterms(p.get(), 1)));
+    std::printf("value %llu\n", static_cast<unsigned long long>(value_of(p.get(), points)));
+    std::vector<double> again;
+    while (again.size() < 5) {
+        free_poly(p.slot());
+        again.push_back(seconds_of(x, f.get(), g.get(), p.slot()));
+    }
+    std::sort(again.begin(), again.end());
+    std::printf("again %.9f\n", again[2]);
 }
 
 /* ---- where the routes cross ---- */
@@ -270,19 +311,6 @@ static void register_routes() {
             }
 }
 
-static void register_figures() {
-    const auto unit = benchmark::kMillisecond;
-    benchmark::RegisterBenchmark("product/dense4", dense4)->Unit(unit);
-    benchmark::RegisterBenchmark("product/sparse5", sparse5)->Unit(unit);
-    benchmark::RegisterBenchmark("power/Z/180", power, 0, 180u, answer{1004731, 1222793497})->Unit(unit);
-    benchmark::RegisterBenchmark("power/46337/120", power, 46337, 120u, answer{0, 0})->Unit(unit);
-    benchmark::RegisterBenchmark("product/random4", random4)->Unit(unit);
-    benchmark::RegisterBenchmark("product/univariate/Z/5000", univariate_product, 0, 5000)->Unit(unit);
-    benchmark::RegisterBenchmark("product/univariate/65521/20000", univariate_product, 65521, 20000)->Unit(unit);
-    benchmark::RegisterBenchmark("product/univariate/2147483629/20000", univariate_product, 2147483629, 20000)
-        ->Unit(unit);
-}
-
 int main(int argc, char **argv) {
     open_value_stashes();
     preload_free_lists();
@@ -291,7 +319,12 @@ int main(int argc, char **argv) {
     poly_cutoff = 20;
     fast_mult_cut = 10;
     fast_gcd_size = 22008;
-    register_figures();
+    for (const figure &x : figures)
+        if (argc == 3 && std::string(argv[1]) == "--figure" && x.name == std::string(argv[2])) {
+            tell_figure(x);
+            return 0;
+        }
+    for (const figure &x : figures) benchmark::RegisterBenchmark(x.name, time_figure, x)->Unit(benchmark::kMillisecond);
     register_routes();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
