@@ -125,6 +125,73 @@ TEST_F(mult_interrupt_test, a_power_that_is_left_keeps_its_value) {
     leave_everywhere("squares", a.slot(), [&] { power_by_squares(a.slot(), 7, nullptr); });
 }
 
+/* ---- stored operands ---- */
+
+namespace {
+
+/* The records of a polynomial and what stands in them. */
+uint64_t fingerprint(const polynode *p, uint64_t h = 14695981039346656037u) {
+    const auto mix = [&h](uint64_t v) { h = (h ^ v) * 1099511628211u; };
+    for (; p; p = p->next) {
+        mix(reinterpret_cast<uintptr_t>(p));
+        mix(static_cast<uint64_t>(p->expo) << 1 | static_cast<uint64_t>(p->is_number));
+        if (!p->is_number) {
+            h = fingerprint(p->poly, h);
+            continue;
+        }
+        mix(reinterpret_cast<uintptr_t>(p->num));
+        if (lintmode) {
+            mix(static_cast<uint64_t>(p->num->lint_val));
+            continue;
+        }
+        mix(static_cast<uint64_t>(p->num->num_len));
+        for (const numnode *d = p->num->num_head; d; d = d->next) {
+            mix(reinterpret_cast<uintptr_t>(d));
+            mix(static_cast<uint64_t>(d->digit));
+        }
+    }
+    return h;
+}
+
+const polynode *stored[2];
+uint64_t stored_as[2];
+bool stored_are_whole() { return fingerprint(stored[0]) == stored_as[0] && fingerprint(stored[1]) == stored_as[1]; }
+
+} // namespace
+
+/* A nested level shows the stored values at the safe point itself, so they are whole there and not only afterwards. */
+TEST_F(mult_interrupt_test, stored_operands_are_whole_to_the_bit_at_200_random_safe_points) {
+    int left = 0;
+    for (int i = 0; left < 200 && i < 20000; i++) {
+        test_ring ring(std::string(i % 2 ? "46337" : "chain"));
+        const bool lists = rnd.below(2) == 0;
+        kept_value<int> halves(poly_cutoff, rnd.below(2) ? 4 : 20);
+        kept_value<int64_t> cut(flat_product_cut, lists ? INT64_MAX : 0);
+        kept_value<uint64_t> cells(flat_dense_longest, rnd.below(2) ? 0 : uint64_t{1} << 25);
+        const int n = lists ? 9 : 14;
+        poly_handle a(dense(2, n)), b(dense(2, n - 1)), p;
+        const polynode *x = a.get(), *y = rnd.below(3) ? b.get() : a.get();
+        stored[0] = x;
+        stored[1] = y;
+        for (int k : {0, 1}) stored_as[k] = fingerprint(stored[k]);
+        const long all = safe_points_of([&] { poly_mult(x, y, p.slot(), nullptr); });
+        free_poly(p.slot());
+        if (all == 0) continue;
+        passed = 0;
+        stop_at = 1 + static_cast<long>(rnd.below(static_cast<int>(all)));
+        watch_safe_points([] {
+            EXPECT_TRUE(stored_are_whole());
+            if (++passed == stop_at) throw stopped{};
+        });
+        EXPECT_THROW(poly_mult(x, y, p.slot(), nullptr), stopped);
+        watch_safe_points(nullptr);
+        ASSERT_TRUE(stored_are_whole()) << "product " << i;
+        EXPECT_FALSE(p);
+        left++;
+    }
+    EXPECT_EQ(left, 200);
+}
+
 /* ---- the distance of safe points ---- */
 
 namespace {
