@@ -41,7 +41,6 @@ TEST_F(euclid_test, inverses_modulo_a_polynomial) {
 }
 
 TEST_F(euclid_test, cofactors_of_random_polynomials) {
-    test_random rnd;
     for (const std::string name : {"2", "3", "65521", "2147483629"}) {
         test_ring ring(name);
         for (int i = times(100); i > 0; i--) {
