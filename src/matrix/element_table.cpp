@@ -1,0 +1,342 @@
+/* The element table, and the deletion of arrays with all that waits until nobody can hold it.
+
+   Gaps that deleted arrays leave in the table are closed in one pass: cells move down, and each array's first and last
+   cell by the sizes of the gaps below it. */
+#include "language/execution.h"
+#include "matrix/array_work.h"
+#include "matrix/slots.h"
+#include "matrix/sparse.h"
+#include "top/driver.h"
+
+#include <algorithm>
+
+namespace tolvek {
+
+quolynode **arp[cell_blocks];
+int32_t endarr = -1;
+int32_t numblocks = -1;
+int borrowed_matrices = 0;
+
+array_record syst{{"<", hash_unknown}, 0, -1, 0, 0, nullptr, false, nullptr, nullptr, 0};
+quolynode **syst_cells = nullptr;
+
+struct cell_range {
+    int32_t first, last;
+};
+struct waiting_rows {
+    sparse_frame *head;
+    int32_t rows;
+};
+static buffer<cell_range> gaps;
+static buffer<waiting_rows> waiting_matrices;
+static buffer<colm *> waiting_entries;
+static array_record *waiting_arrays = nullptr;
+static quolynode *waiting_values = nullptr; /* through `link` */
+
+/* ---- what is dropped ---- */
+
+bool values_are_held() { return levelcount > 1 || borrowed_matrices > 0; }
+bool entries_are_held() { return values_are_held() || statcount > 0; }
+
+void drop_value(quolynode *q) {
+    if (!q) return;
+    if (values_are_held()) {
+        q->link = waiting_values;
+        waiting_values = q;
+    } else {
+        free_quoly(&q);
+    }
+}
+
+void store_element(quolynode **cell, quolynode *value) {
+    quolynode *old = *cell;
+    *cell = value;
+    drop_value(old);
+}
+
+void drop_entry(colm *c) {
+    if (!entries_are_held()) {
+        free_quoly(&c->value);
+        push_colm(c);
+        return;
+    }
+    waiting_entries.push(c);
+}
+
+void drop_rows(sparse_frame *head, int32_t rows) {
+    if (!head) return;
+    if (entries_are_held())
+        waiting_matrices.push({head, rows});
+    else
+        free_sparse(&head, rows);
+}
+
+/* ---- the system array ---- */
+
+void make_syst_cells() {
+    if (!syst_cells) syst_cells = static_cast<quolynode **>(heap_request_cleared(most_cells * sizeof(quolynode *)));
+}
+
+void clear_syst() {
+    for (int32_t i = 0; i <= syst.last; i++) {
+        quolynode *old = syst_cells[i];
+        syst_cells[i] = nullptr;
+        drop_value(old);
+    }
+    sparse_frame *rows = syst.sparse_head;
+    syst.sparse_head = nullptr;
+    drop_rows(rows, syst.rows);
+    syst.last = -1;
+    syst.size = 0;
+    syst.rows = 0;
+}
+
+/* ---- room ---- */
+
+void leave_gap(int32_t first, int32_t last) { gaps.push({first, last}); }
+
+static void free_cells(int32_t first, int32_t last) {
+    for (int32_t i = first; i <= last; i++) free_quoly(&table_cell(i));
+}
+
+/* Moves the cells above the gaps down. */
+static void move_cells() {
+    int32_t to = gaps[0].first;
+    for (std::size_t g = 0; g < gaps.size(); g++) {
+        int32_t end = g + 1 < gaps.size() ? gaps[g + 1].first : endarr + 1;
+        for (int32_t from = gaps[g].last + 1; from < end; from++, to++) table_cell(to) = table_cell(from);
+    }
+    for (int32_t i = to; i <= endarr; i++) table_cell(i) = nullptr;
+    endarr = to - 1;
+}
+
+/* Cells below `first` that go. `below` holds the sizes of the gaps up to each one. */
+static int32_t shift_of(int32_t first, const buffer<int32_t> &below) {
+    const cell_range *behind = std::upper_bound(gaps.begin(), gaps.end(), first,
+                                                [](int32_t cell, const cell_range &gap) { return cell < gap.first; });
+    return behind == gaps.begin() ? 0 : below[static_cast<std::size_t>(behind - gaps.begin() - 1)];
+}
+
+static void close_gaps() {
+    if (gaps.empty()) return;
+    std::sort(gaps.begin(), gaps.end(), [](const cell_range &a, const cell_range &b) { return a.first < b.first; });
+    buffer<int32_t> below;
+    int32_t sum = 0;
+    for (const cell_range &gap : gaps) below.push(sum += gap.last - gap.first + 1);
+    for (array_record *chain : arr_store)
+        for (array_record *a = chain; a; a = a->next)
+            if (!a->sparse_head && a->last >= 0) {
+                int32_t shift = shift_of(a->first, below);
+                a->first -= shift;
+                a->last -= shift;
+            }
+    move_cells();
+    gaps.clear();
+}
+
+/* Gives the cells and records of the deleted ordinary arrays back. */
+static void free_waiting_ordinary() {
+    for (array_record **link = &waiting_arrays; *link;) {
+        array_record *a = *link;
+        if (a->sparse_head) {
+            link = &a->next;
+            continue;
+        }
+        *link = a->next;
+        if (!a->aliased && a->last >= 0) {
+            free_cells(a->first, a->last);
+            leave_gap(a->first, a->last);
+        }
+        push_array(a);
+    }
+}
+
+static bool fits(int32_t count) { return int64_t{endarr} + count < table_cells; }
+
+static bool has_parameter(const array_record *target) {
+    for (array_record *chain : arr_store)
+        for (array_record *a = chain; a; a = a->next)
+            if (a->aliased == target) return true;
+    return false;
+}
+
+/* Arrays that no name reaches, as newer ones of their names stand before them. */
+static void remove_hidden_arrays() {
+    for (array_record *&chain : arr_store)
+        for (array_record **link = &chain; *link;) {
+            array_record *a = *link, *newer = chain;
+            while (newer != a && !same_text(newer->tok, a->tok)) newer = newer->next;
+            if (newer == a || a->sparse_head || a->is_parameter() || has_parameter(a) || is_in_slot(a)) {
+                link = &a->next;
+                continue;
+            }
+            *link = a->next;
+            a->next = waiting_arrays;
+            waiting_arrays = a;
+        }
+}
+
+bool make_room(int32_t count) {
+    if (!fits(count)) {
+        free_waiting_ordinary();
+        close_gaps();
+    }
+    if (!fits(count)) {
+        remove_hidden_arrays();
+        free_waiting_ordinary();
+        close_gaps();
+    }
+    if (!fits(count)) return false;
+    for (; (numblocks + 1) * cells_of_block <= endarr + count; numblocks++)
+        arp[numblocks + 1] = static_cast<quolynode **>(heap_request_cleared(cells_of_block * sizeof(quolynode *)));
+    return true;
+}
+
+/* ---- deletion ---- */
+
+static void retire(array_record *a) {
+    unlink_array(a);
+    clear_slots_of(a);
+    a->next = waiting_arrays;
+    waiting_arrays = a;
+}
+
+void retire_parameter_array(array_record *a) { retire(a); }
+
+static bool at_the_prompt() { return levelcount == 1 && statcount == 0; }
+
+static void cancel_aborted(int n, const token_record &name) {
+    error(n, name);
+    say(" Cancel aborted.\n");
+    abandon_statement();
+}
+
+/* A parameter whose array has gone stands for an empty sparse one until it is deleted. */
+static void leave_empty(array_record *parameter) {
+    parameter->first = 0;
+    parameter->last = -1;
+    parameter->aliased = nullptr;
+    sparse_init(&parameter->sparse_head, parameter->rows);
+}
+
+/* Parameters that stand for the deleted array. */
+static void report_parameters_of(const array_record *deleted) {
+    array_record *found = nullptr;
+    for (array_record *chain : arr_store)
+        for (array_record *a = chain; a; a = a->next) {
+            if (a->birth != -deleted->birth) continue;
+            found = a;
+            leave_empty(a);
+            if (!at_the_prompt()) continue;
+            sayf(" Warning. Encountered array parameter named %s,\n", a->tok.text);
+            sayf(" which is an alias of %s.  Delete it immediately.\n", deleted->tok.text);
+        }
+    if (found && !at_the_prompt()) cancel_aborted(139, found->tok);
+}
+
+static void remove_record(array_record *a) {
+    if (a->is_parameter()) {
+        if (!at_the_prompt()) cancel_aborted(138, a->tok);
+        say(" Warning.  About to delete an array parameter.\n");
+        retire(a);
+        return;
+    }
+    retire(a);
+    report_parameters_of(a);
+}
+
+void removearray(token_record &name, bool quiet) {
+    array_record *a = find_array(name);
+    if (a)
+        remove_record(a);
+    else if (!quiet)
+        array_error(28, name);
+}
+
+void remove_all_arrays() {
+    for (array_record *&chain : arr_store)
+        while (chain) remove_record(chain);
+}
+
+void remove_arrays_of_name(token_record &name, bool newest_too) {
+    array_record *kept = array_seek(name);
+    for (array_record *a = kept->next, *next; a; a = next) {
+        next = a->next;
+        if (same_text(a->tok, name)) remove_record(a);
+    }
+    if (newest_too) remove_record(kept);
+}
+
+/* ---- ordinary arrays turn sparse ---- */
+
+static void take_cell(quolynode **cell, int32_t column, row_builder &row) {
+    if (!*cell) return;
+    if (quoly_is_zero(*cell)) {
+        store_element(cell, nullptr);
+        return;
+    }
+    colm *c = newcolm();
+    c->column = column;
+    c->value = *cell;
+    *cell = nullptr;
+    row.add_node(c);
+}
+
+void fill_sparse(array_record *a) {
+    sparse_frame *frames;
+    sparse_init(&frames, a->rows);
+    row_walk walk(frames);
+    const int32_t rows = a->rows, cols = a->cols();
+    for (int32_t r = 0; r < rows; r++, walk.next()) {
+        row_builder row(&*walk);
+        for (int32_t c = 0; c < cols; c++) take_cell(&table_cell(a->first + c * rows + r), c + 1, row);
+    }
+    leave_gap(a->first, a->last);
+    a->sparse_head = frames;
+    a->first = 0;
+    a->last = -1;
+    array_record *parameter = nullptr;
+    for (array_record *chain : arr_store)
+        for (array_record *p = chain; p; p = p->next)
+            if (p->birth == -a->birth) {
+                p->sparse_head = frames;
+                p->first = 0;
+                p->last = -1;
+                parameter = p;
+            }
+    if (!parameter) return;
+    warning(342, parameter->tok.text);
+    array_error(342, parameter->tok);
+}
+
+/* ---- the end of the outermost statement ---- */
+
+void release_pending_arrays() {
+    while (quolynode *q = waiting_values) {
+        waiting_values = q->link;
+        free_quoly(&q);
+    }
+    for (colm *c : waiting_entries) {
+        free_quoly(&c->value);
+        push_colm(c);
+    }
+    waiting_entries.clear();
+    for (waiting_rows &m : waiting_matrices) free_sparse(&m.head, m.rows);
+    waiting_matrices.clear();
+    free_waiting_ordinary();
+    while (array_record *a = waiting_arrays) {
+        waiting_arrays = a->next;
+        if (!a->aliased) free_sparse(&a->sparse_head, a->rows);
+        push_array(a);
+    }
+    close_gaps();
+}
+
+void forget_arrays() {
+    clear_syst();
+    for (array_record *&chain : arr_store)
+        while (chain) retire(chain);
+    release_pending_arrays();
+}
+
+} // namespace tolvek

@@ -1,0 +1,203 @@
+/* Work arrays, and the record of a matrix in flight. */
+#include "matrix/matrix_value.h"
+
+#include "language/scanner.h"
+#include "top/driver.h"
+#include "top/interrupts.h"
+
+namespace tolvek {
+
+/* ---- work arrays ---- */
+
+int first_available = 1;
+static quolynode **workhead[work_arrays];
+static bool in_use[work_arrays];
+
+int new_worknode() {
+    if (first_available > work_arrays) array_error(88, token);
+    int i = 0;
+    while (in_use[i]) i++;
+    if (!workhead[i]) workhead[i] = static_cast<quolynode **>(heap_request(most_cells * sizeof(quolynode *)));
+    in_use[i] = true;
+    first_available++;
+    return i;
+}
+
+void free_work(int index) {
+    in_use[index] = false;
+    first_available--;
+}
+
+quolynode **work_cells(int index) { return workhead[index]; }
+
+/* ---- the value ---- */
+
+void matrix_value::forget() {
+    size = 0;
+    rows = 0;
+    sparse = nullptr;
+    owned = holes = false;
+}
+
+void matrix_value::clear() {
+    free_quoly(scalar.slot());
+    if (size && !owned) borrowed_matrices--;
+    if (size && owned && sparse) free_sparse(&sparse, rows);
+    if (size && owned && work.claimed())
+        for (int64_t i = 0; i < size; i++) free_quoly(&cell(i));
+    work.give_back();
+    forget();
+}
+
+template <class T> static void exchange(T &a, T &b) {
+    T kept = a;
+    a = b;
+    b = kept;
+}
+
+void matrix_value::swap(matrix_value &other) {
+    exchange(*scalar.slot(), *other.scalar.slot());
+    exchange(size, other.size);
+    exchange(rows, other.rows);
+    exchange(sparse, other.sparse);
+    exchange(owned, other.owned);
+    exchange(holes, other.holes);
+    work.swap(other.work);
+}
+
+void matrix_value::make_dense(int64_t its_rows, int64_t its_cols) {
+    if (oversize(its_rows, its_cols)) array_error(43, token);
+    clear();
+    work.claim();
+    rows = static_cast<int32_t>(its_rows);
+    size = its_rows * its_cols;
+    owned = true;
+    for (int64_t i = 0; i < size; i++) cell(i) = nullptr;
+}
+
+void matrix_value::make_borrowed(int64_t its_rows, int64_t its_cols) {
+    clear();
+    work.claim();
+    rows = static_cast<int32_t>(its_rows);
+    size = its_rows * its_cols;
+    borrowed_matrices++;
+}
+
+void matrix_value::make_sparse(sparse_frame *head, int32_t its_rows, int64_t its_cols) {
+    clear();
+    sparse = head;
+    rows = its_rows;
+    size = its_rows * its_cols;
+    owned = true;
+}
+
+void matrix_value::borrow_sparse(array_record *a) {
+    clear();
+    sparse = a->sparse_head;
+    rows = a->rows;
+    size = a->size;
+    borrowed_matrices++;
+}
+
+void matrix_value::own() {
+    if (is_scalar() || owned) return;
+    matrix_value copy;
+    if (sparse) {
+        sparse_frame *head;
+        copy_sparse(sparse, &head, rows, false);
+        copy.make_sparse(head, rows, size / rows);
+    } else {
+        copy.make_dense(rows, size / rows);
+        copy.holes = holes;
+        for (int64_t i = 0; i < size; i++) {
+            if (cell(i)) quoly_assign(cell(i), &copy.cell(i));
+            if (i % 4096 == 0) safe_point();
+        }
+    }
+    take(copy);
+}
+
+void matrix_value::fill_holes() {
+    if (!holes) return;
+    own();
+    for (int64_t i = 0; i < size; i++)
+        if (!cell(i)) {
+            quoly_set(0, &cell(i));
+            warn_uninitialized(nullptr);
+        }
+    holes = false;
+}
+
+static void fill_row(const colm *c, const matrix_value &from, matrix_value &to, int32_t row) {
+    for (int64_t column = 1; column <= from.cols(); column++) {
+        quolynode **cell = &to.cell((column - 1) * from.rows + row);
+        if (c && c->column == column) {
+            quoly_assign(c->value, cell);
+            c = c->next;
+        } else {
+            quoly_set(0, cell);
+        }
+    }
+}
+
+void matrix_value::to_dense() {
+    if (!sparse) return;
+    if (size > most_cells) array_error(250, token);
+    matrix_value dense;
+    dense.make_dense(rows, size / rows);
+    row_walk walk(sparse);
+    for (int32_t r = 0; r < rows; r++, walk.next()) {
+        safe_point();
+        fill_row(*walk, *this, dense, r);
+    }
+    take(dense);
+}
+
+/* ---- arrays and the system array ---- */
+
+/* "[x]", "[<]" or "%", for the warning. */
+static void warn_of(const array_record *a) {
+    char name[token_bytes + 2] = "[";
+    std::strcat(std::strcat(name, a->tok.text), "]");
+    warn_uninitialized(name);
+}
+
+void fetch_array(array_record *a, matrix_value &m) {
+    if (a->sparse_head) {
+        m.borrow_sparse(a);
+        if (a == &syst) m.own();
+        return;
+    }
+    m.make_borrowed(a->rows, a->cols());
+    for (int64_t i = 0; i < m.size; i++) {
+        quolynode *&cell = element(a, i);
+        if (!cell) {
+            quoly_set(0, &cell);
+            warn_of(a);
+        }
+        m.cell(i) = cell;
+    }
+    if (a == &syst) m.own();
+}
+
+void fill_syst_array(matrix_value &m) {
+    m.own();
+    clear_syst();
+    if (m.is_scalar()) return;
+    syst.rows = m.rows;
+    syst.size = m.size;
+    syst.sparse_head = m.sparse;
+    if (!m.sparse) {
+        make_syst_cells();
+        syst.last = static_cast<int32_t>(m.size) - 1;
+        for (int64_t i = 0; i < m.size; i++) {
+            syst_cells[i] = m.cell(i);
+            m.cell(i) = nullptr;
+        }
+    }
+    m.sparse = nullptr;
+    m.clear();
+    syst_dump = 1;
+}
+
+} // namespace tolvek
