@@ -1,6 +1,7 @@
 #include "language/names.h"
 
 #include "language/functions.h"
+#include "matrix/arrays.h"
 
 #include "numbers/free_lists.h"
 #include "poly/canonical.h"
@@ -168,6 +169,7 @@ void release_pending() {
         pending_values = q->link;
         free_quoly(&q);
     }
+    release_pending_arrays();
 }
 
 } // namespace tolvek
