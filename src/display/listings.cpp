@@ -3,6 +3,7 @@
 
 #include "display/show_quoly.h"
 #include "language/names.h"
+#include "matrix/arrays.h"
 
 #include <algorithm>
 
@@ -49,10 +50,56 @@ void dump(text_out *out, int with_values) {
     }
 }
 
+/* ---- arrays ---- */
+
+constexpr int most_described = 1500;
+
+static void describe_sorted(text_out *out, buffer<listed_name> &rows) {
+    constexpr int most_of_one_name = 9;
+    const int count = static_cast<int>(rows.size());
+    sort_vars(rows.data(), count);
+    for (int i = 0, end; i < count; i = end) {
+        for (end = i; end < count && std::strcmp(rows[end].text, rows[i].text) == 0;) end++;
+        const int shown = std::min(end - i, most_of_one_name);
+        for (int j = i; j < i + shown; j++) arrdescribe(out, static_cast<const array_record *>(rows[j].record));
+        if (end - i > shown) put_format(out, " ... %d more with this name. \n", end - i - shown);
+    }
+}
+
+/* Many arrays: in the order of the chains, 20 of each at most. */
+static void describe_chains(text_out *out) {
+    constexpr int most_of_one_chain = 20;
+    int described = 0;
+    for (const array_record *chain : arr_store) {
+        int of_chain = 0;
+        for (const array_record *a = chain; a; a = a->next) {
+            if (++of_chain > most_of_one_chain || described >= most_described) continue;
+            arrdescribe(out, a);
+            described++;
+        }
+        if (of_chain > most_of_one_chain && described <= most_described)
+            put_format(out, " ... %d more.\n", of_chain - most_of_one_chain);
+    }
+}
+
+static void list_arrays(text_out *out) {
+    buffer<listed_name> rows;
+    for (const array_record *chain : arr_store)
+        for (const array_record *a = chain; a; a = a->next) rows.push({a->tok.text, static_cast<int>(rows.size()), a});
+    const int count = static_cast<int>(rows.size());
+    if (count <= most_sorted)
+        describe_sorted(out, rows);
+    else
+        describe_chains(out);
+    if (count > most_described) put_text(out, "   ....\n");
+    put_format(out, " There are %d arrays.\n", count);
+    if (count > most_described) put_format(out, "   %d were not described here.\n", count - most_described);
+}
+
 void listvars(int with_values) {
     dump(Output, with_values);
     put_text(Output, "\narrays:\n\n");
-    put_format(Output, " There are %d arrays.\n", 0); /* there are none yet */
+    list_arrays(Output);
 }
 
 } // namespace tolvek

@@ -1,13 +1,15 @@
 /* The assignment forms behind a first term: x := e, x :+ n, x :- n, x :+, x :- and the silent x: . */
 #include "language/expressions.h"
 #include "language/names.h"
+#include "matrix/elements.h"
+#include "matrix/sparse.h"
 #include "numbers/handles.h"
 
 namespace tolvek {
 
 /* A computed value has no slot of its own to store into. */
 static bool has_target(const place &at, quolynode *const *result) {
-    if (!*result && at.slot) return true;
+    if (!*result && (at.slot || at.array)) return true;
     error(316, token);
     return false;
 }
@@ -25,6 +27,11 @@ static void assign_value(stream *input, place &at, quolynode **result, name **cu
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
     if (value->is_num) value->array_mark = 0;
+    if (at.array) {
+        *cursor ? quoly_set(0, result) : quoly_assign(value.get(), result);
+        store_sparse_element(at, value.release());
+        return;
+    }
     store_value(at.slot, value.release());
     give_value(at, result, cursor);
 }
@@ -50,7 +57,7 @@ static void read_step(stream *input, quolynode **step, name **cursor) {
 /* A number changes in place. A polynomial is built aside, so that it is whole whatever happens; and so is a number at a
    level above 1, where it may be an operand of the interrupted computation. */
 static void add_step(quolynode **slot, const quolynode *step, bool minus) {
-    if (levelcount == 1 && (*slot)->is_num) {
+    if (!values_are_held() && (*slot)->is_num) {
         (minus ? better_quoly_sub : better_quoly_add)(*slot, step, slot);
         return;
     }
@@ -64,6 +71,9 @@ static void increase(stream *input, place &at, quolynode **result, name **cursor
     scanner(input, token, cursor);
     quoly_handle step;
     read_step(input, step.slot(), cursor);
+    const int64_t index = at.index;
+    array_record *sparse = at.array;
+    if (sparse) at.slot = sparse_set(index, 0, sparse, false);
     if (!*at.slot) quoly_set(0, at.slot);
     if (!(*at.slot)->is_num && (*at.slot)->den) {
         error(196, token);
@@ -71,6 +81,9 @@ static void increase(stream *input, place &at, quolynode **result, name **cursor
     }
     add_step(at.slot, step.get(), minus);
     give_value(at, result, cursor);
+    if (!sparse) return;
+    sparse_place purged = place_of(index, 0, sparse, false);
+    purge_sparse(sparse_row(sparse->sparse_head, purged.row), purged.column);
 }
 
 void assignment(stream *input, place &at, quolynode **result, name **cursor) {

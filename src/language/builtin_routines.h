@@ -23,6 +23,12 @@ void builtin_time(builtin_call &call);
 void builtin_tone(builtin_call &call);
 void builtin_true(builtin_call &call);
 
+/* ---- arrays (builtins_array.cpp) ---- */
+
+void builtin_array(builtin_call &call);  /* Array x[3], y[2,2] Sparse */
+void builtin_cols(builtin_call &call);   /* Cols[x]: errors 28, 96, 97, 175 */
+void builtin_sparse(builtin_call &call); /* Sparse[x]: an ordinary array turns sparse */
+
 /* ---- numbers (builtins_number.cpp) ---- */
 
 void builtin_binomial(builtin_call &call);    /* Bin(n, k) */

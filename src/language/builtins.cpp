@@ -16,14 +16,14 @@ struct builtin_entry {
 /* In the order of the codes. What works on arrays answers that there is none (28); what works on polynomials, that the ring
    does not allow it (62). */
 static const builtin_entry entries[] = {
-    {"Array", nullptr, 28},
+    {"Array", builtin_array, 0},
     {"Bin", builtin_binomial, 0},
     {"Cast", builtin_cast, 0},
     {"Chpoly", nullptr, 28},
     {"Codeg", nullptr, 62},
     {"Coef", nullptr, 62},
     {"Colreduce", nullptr, 28},
-    {"Cols", nullptr, 28},
+    {"Cols", builtin_cols, 0},
     {"Content", nullptr, 62},
     {"Deg", nullptr, 62},
     {"Denom", builtin_denominator, 0},
@@ -101,7 +101,7 @@ static const builtin_entry entries[] = {
     {"Sigma", builtin_sigma, 0},
     {"Smith", nullptr, 28},
     {"Sort", nullptr, 28},
-    {"Sparse", nullptr, 28},
+    {"Sparse", builtin_sparse, 0},
     {"Splice", nullptr, 62},
     {"Split", nullptr, 62},
     {"Sqfree", nullptr, 62},

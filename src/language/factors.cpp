@@ -4,6 +4,7 @@
 #include "language/flote_functions.h"
 #include "language/functions.h"
 #include "language/run.h"
+#include "matrix/elements.h"
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
 #include "top/driver.h"
@@ -42,9 +43,8 @@ static void missing_scalar(factor &f, token_record &variable_name) {
     f.give_zero();
 }
 
-static void array_element(factor &f, const token_record &array_name) {
-    error(28, array_name); /* no array exists */
-    f.give_zero();
+static void array_element(factor &f, token_record &array_name) {
+    new_arretrieve(f.input, f.cursor, array_name, f.at, f.result);
 }
 
 /* A compiled token knows its scalar. */
@@ -151,8 +151,7 @@ static void flote_function_value(factor &f) {
 static void previous_value(factor &f) {
     f.read_on();
     if (token_is(token, "[")) {
-        error(175, token); /* the system array is empty */
-        f.give_zero();
+        syst_element(f.input, f.cursor, f.result);
     } else if (token_is(token, "F")) {
         rerun_sys_func(f.input, f.result, f.cursor);
     } else if (prevnum) {

@@ -154,7 +154,7 @@ void store_value(quolynode **slot, quolynode *value) {
     check_stored(value);
     quolynode *old = *slot;
     *slot = value;
-    if (old && levelcount > 1) {
+    if (old && values_are_held()) {
         old->link = pending_values;
         pending_values = old;
     } else {

@@ -3,6 +3,7 @@
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/functions.h"
+#include "matrix/arrays.h"
 
 namespace tolvek {
 
@@ -11,14 +12,22 @@ static void delete_scalar(stream *input, name **cursor) {
     scanner(input, token, cursor);
 }
 
-/* [a] and [a*]: no array exists; [*] deletes them all. */
+/* [a], [a*] and [*]; with older_ones all arrays of the name but the newest. */
 static void delete_arrays(stream *input, name **cursor, bool older_ones) {
     scanner(input, token, cursor);
-    if (token_is(token, "<"))
-        error(176, token);
-    else if (older_ones || !token_is(token, "*"))
-        error(28, token);
+    token_record array_name = token;
+    if (token_is(array_name, "<")) array_error(176, token);
     scanner(input, token, cursor);
+    if (!older_ones && token_is(array_name, "*")) {
+        remove_all_arrays();
+    } else if (older_ones) {
+        remove_arrays_of_name(array_name, false);
+    } else if (token_is(token, "*")) {
+        remove_arrays_of_name(array_name, true);
+        scanner(input, token, cursor);
+    } else {
+        removearray(array_name, false);
+    }
     require("]", 24, input, cursor);
 }
 

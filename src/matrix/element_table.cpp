@@ -122,6 +122,7 @@ static void close_gaps() {
     std::sort(gaps.begin(), gaps.end(), [](const cell_range &a, const cell_range &b) { return a.first < b.first; });
     buffer<int32_t> below;
     int32_t sum = 0;
+    for (const cell_range &gap : gaps) free_cells(gap.first, gap.last); /* a slot may have been stored into since */
     for (const cell_range &gap : gaps) below.push(sum += gap.last - gap.first + 1);
     for (array_record *chain : arr_store)
         for (array_record *a = chain; a; a = a->next)
