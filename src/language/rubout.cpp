@@ -17,6 +17,7 @@ static void delete_arrays(stream *input, name **cursor, bool older_ones) {
     scanner(input, token, cursor);
     token_record array_name = token;
     if (token_is(array_name, "<")) array_error(176, token);
+    if (older_ones || !token_is(array_name, "*")) array_seek(array_name);
     scanner(input, token, cursor);
     if (!older_ones && token_is(array_name, "*")) {
         remove_all_arrays();
