@@ -131,7 +131,7 @@ static const builtin_entry entries[] = {
 static_assert(std::size(entries) == builtin_rows);
 
 bool call_builtin(stream *input, quolynode **result, name **cursor) {
-    int code = find_built_in(0, numbuiltins, token.text);
+    int code = token.builtin == builtin_unknown ? find_built_in(0, numbuiltins, token.text) : token.builtin;
     if (code < 0) return false;
     const builtin_entry &entry = entries[code];
     if (entry.run) {

@@ -3,6 +3,7 @@
 #include "language/expressions.h"
 #include "language/float_path.h"
 #include "language/run.h"
+#include "language/short_path.h"
 #include "numbers/handles.h"
 #include "quoly/compare.h"
 #include "top/stack_limit.h"
@@ -70,6 +71,8 @@ static bool holds_of_values(relation r, const quolynode *a, const quolynode *b) 
 }
 
 static int evalcond(stream *input, name **cursor) {
+    bool holds;
+    if (short_comparison(cursor, holds)) return holds;
     if (integerflag) return flote_condition(input, cursor);
     quoly_handle left, right;
     old_expre(input, left.slot(), cursor);

@@ -3,6 +3,7 @@
 
 #include "language/char_sets.h"
 #include "language/names.h"
+#include "language/short_path.h"
 #include "numbers/number.h"
 #include "top/interrupts.h"
 
@@ -170,6 +171,7 @@ static void rest_of_sum(stream *input, quolynode **result, name **cursor) {
 }
 
 void old_expre(stream *input, quolynode **result, name **cursor) {
+    if (short_sum(cursor, result)) return;
     old_term(input, result, cursor);
     rest_of_sum(input, result, cursor);
 }

@@ -7,6 +7,7 @@
 #include "language/flote_functions.h"
 #include "language/functions.h"
 #include "language/run.h"
+#include "language/short_path.h"
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_power.h"
@@ -253,6 +254,7 @@ static long double rest_of_sum(stream *input, long double sum, name **cursor) {
 
 long double old_iexpre(stream *input, name **cursor) {
     flote_factor f;
+    if (short_flote_sum(cursor, f.value)) return f.value;
     iterm(input, f, cursor);
     return rest_of_sum(input, f.value, cursor);
 }

@@ -5,6 +5,7 @@
 #include "language/expressions.h"
 #include "language/float_path.h"
 #include "language/functions.h"
+#include "language/short_path.h"
 #include "top/driver.h"
 #include "top/guards.h"
 #include "top/interrupts.h"
@@ -63,19 +64,21 @@ static void run_tokens(stream *input, name *tokens, quolynode **result) {
     token = tokens->tok;
     currentchar = tokens->next;
     clear_statement_counters();
+    safe_point();
+    if (short_statement(tokens, result)) return;
+    free_quoly(result);
     run_plain(input, result, &cursor);
     if (is_end_of_list(token) || token_is(token, ";")) return;
     if (!exit_flag) error(31, token);
 }
 
 void getval(stream *input, const cond *c, quolynode **result) {
-    safe_point();
     prev_expr = startexpr;
     if (!c->test) {
-        free_quoly(result);
         run_tokens(input, c->tokens, result);
         return;
     }
+    safe_point();
     check_stack();
     kept_value<name *> around(startexpr, c->test);
     if (!c->loops)

@@ -1,6 +1,7 @@
 /* The records of stored statements. */
 #include "language/stored.h"
 
+#include "language/builtin_table.h"
 #include "language/compile.h"
 #include "language/names.h"
 #include "numbers/free_lists.h"
@@ -81,7 +82,10 @@ void name_list::add(const token_record &t) {
     n->tok = t;
     int c = first_char(t);
     if (is_lower_letter(c)) n->tok.hash_slot = hash(t.text, scalar_chains);
-    if (is_upper_letter(c)) n->tok.hash_slot = hash(t.text, function_chains);
+    if (is_upper_letter(c)) {
+        n->tok.hash_slot = hash(t.text, function_chains);
+        n->tok.builtin = static_cast<int16_t>(find_built_in(0, numbuiltins, t.text));
+    }
     (last_name ? last_name->next : first_name) = n;
     last_name = n;
 }

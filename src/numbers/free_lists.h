@@ -66,11 +66,11 @@ inline number *newimag() { /* num_len 0, num_link null */
     x->num_len = 0;
     return x;
 }
-inline name *newname() { /* next and bound null, blank_after off */
+inline name *newname() { /* next and bound null, the flags off */
     name *n = pop_record<&name::next>(name_garb);
     if (!n) n = more_names();
     n->next = nullptr;
-    n->blank_after = false;
+    n->blank_after = n->long_path = false;
     n->bound = nullptr;
     return n;
 }

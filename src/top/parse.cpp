@@ -1,5 +1,6 @@
 #include "top/parse.h"
 
+#include "language/char_sets.h"
 #include "language/expressions.h"
 #include "language/names.h"
 #include "language/rubout.h"
@@ -60,7 +61,8 @@ static void expression(stream *input, quolynode **result, name **cursor) {
 
 bool begins_array_statement(const token_record &t) {
     static const char *const words[] = {"Diag", "Trans", "MPowermod", "Adjoint", "Altmult", "Altpower", "~", "[", "\""};
-    if (is_lower_letter(first_char(t))) return false;
+    static constexpr PSet beginnings = PSet_Of("DTMA~[\"");
+    if (!PSet_Test(beginnings, first_char(t))) return false;
     for (const char *word : words)
         if (token_equals(t, word)) return true;
     return false;

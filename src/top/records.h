@@ -77,9 +77,12 @@ struct colm {
 constexpr int token_bytes = 12;          /* text of a token, its NUL included */
 constexpr uint16_t hash_unknown = 65535; /* hash_slot of a token that has not been hashed */
 
+constexpr int16_t builtin_unknown = -2;  /* the table has not been asked */
+
 struct token_record {
     char text[token_bytes];
     uint16_t hash_slot; /* modulo 151 for scalars and arrays, 71 for functions; hash_unknown until computed */
+    int16_t builtin = builtin_unknown; /* an upper-case name of a stored list: its code as a built-in function, or -1 */
 };
 
 struct reference;
@@ -90,6 +93,7 @@ struct name {
     bool blank_after; /* a blank followed in the source: kept for listings */
     name *next;
     reference *bound = nullptr; /* what the token refers to, once compiled (language/compile.h); null otherwise */
+    bool long_path = false;     /* what begins here is nothing for the short path (language/short_path.h) */
 };
 
 /* A scalar variable, chained in sca_store by hash. Free list: var_garb. */
