@@ -82,7 +82,7 @@ template <class ring> struct short_reader {
     static constexpr int most_nested = 8;   /* parentheses */
     static constexpr int most_figures = 18; /* stay below 2^63; 10^18 is a float without loss */
 
-    name *at;             /* the next token */
+    name *at;              /* the next token */
     bool for_good = false; /* the tokens alone made it give up */
     int nested = 0;
 
