@@ -42,6 +42,10 @@ void builtin_random_real(builtin_call &call); /* RRand */
 void builtin_rational(builtin_call &call);    /* Rational(^x): 1 for a rational number */
 void builtin_square_root(builtin_call &call); /* Sqrt x */
 
+/* ---- common divisors with cofactors (builtins_poly_euclid.cpp) ---- */
+
+void builtin_egcd(builtin_call &call);
+
 /* ---- values (builtins_value.cpp) ---- */
 
 void builtin_denominator(builtin_call &call);

@@ -32,7 +32,7 @@ static const builtin_entry entries[] = {
     {"Detl", nullptr, 28},
     {"Diag", nullptr, 28},
     {"Divides", nullptr, 62},
-    {"Egcd", nullptr, 62},
+    {"Egcd", builtin_egcd, 0},
     {"Equal", builtin_equal, 0},
     {"Equalneg", builtin_equal_negative, 0},
     {"FFLU", nullptr, 28},
