@@ -11,7 +11,7 @@
 namespace tolvek {
 
 /* Measured by bench/kernels/univariate.cpp (route_mult, route_divide, route_half_gcd, route_gcd). */
-uni_limits uni_limit = {.mult = 120, .divide = 400, .half_gcd = 600, .gcd = 1500};
+uni_limits uni_limit = {.mult = 120, .divide = 450, .half_gcd = 800, .gcd = 2000};
 
 /* ---- the field ---- */
 
