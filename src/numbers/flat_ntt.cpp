@@ -246,7 +246,19 @@ void extend_roots(int field, size_t count) {
 /* The three greatest primes 2^62 - k 2^32 + 1. */
 const ntt_prime ntt_fields[ntt_primes] = {make_prime(18, 5), make_prime(76, 17), make_prime(96, 3)};
 
-ntt_root ntt_prepare(limb w, limb p) { return {w, static_cast<limb>((static_cast<limb2>(w) << limb_bits) / p)}; }
+/* With p = 2^62 - delta, w 2^64 = 4 w p + 4 delta w; what the division by p leaves of the second part is found by two
+   divisions by 2^62: q p = q 2^62 - q delta. The first quotient is below 2^41 and the second below 2^19, so that the
+   last rest is below 2p. */
+ntt_root ntt_prepare(limb w, limb p) {
+    constexpr int base_bits = 62;
+    const limb delta = ntt_base - p;
+    const limb2 part = static_cast<limb2>(w) * (4 * delta);
+    const limb first = static_cast<limb>(part >> base_bits);
+    const limb2 rest = (part & (ntt_base - 1)) + static_cast<limb2>(first) * delta;
+    const limb second = static_cast<limb>(rest >> base_bits);
+    const limb last = (static_cast<limb>(rest) & (ntt_base - 1)) + second * delta;
+    return {w, 4 * w + first + second + (last >= p)};
+}
 
 limb ntt_inverse_of(limb x, limb p) { return power(x, p - 2, p); }
 
@@ -259,9 +271,9 @@ ntt_size ntt_size_for(size_t points) {
     return {2 * whole, 0, 0};
 }
 
-void ntt_prepare_roots(const ntt_size &size) {
+void ntt_prepare_roots(const ntt_size &size, int fields) {
     const size_t count = size.tail ? size.whole : size.whole / 2;
-    for (int field = 0; field < ntt_primes; field++)
+    for (int field = 0; field < fields; field++)
         if (root_table[field].size() < count) extend_roots(field, count);
 }
 

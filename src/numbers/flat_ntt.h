@@ -35,8 +35,8 @@ inline limb ntt_times(limb x, const ntt_root &w, limb p) {
 /* x or x - bound, whichever is in [0, bound); x is below 2 bound. */
 inline limb ntt_cut(limb x, limb bound) { return x >= bound ? x - bound : x; }
 
-ntt_root ntt_prepare(limb w, limb p);
-limb ntt_inverse_of(limb x, limb p); /* 1 / x modulo p */
+ntt_root ntt_prepare(limb w, limb p); /* w below p, one of the primes */
+limb ntt_inverse_of(limb x, limb p);  /* 1 / x modulo p */
 
 /* The length of a transform: N = whole + tail points, whole a power of 2, at least 8, and tail 0 or whole / 2^split
    with split 1, 2 or 3. It works modulo (x^whole - 1)(x^tail - c), c^(2^split) = -1, so that sizes lie closer
@@ -48,8 +48,8 @@ struct ntt_size {
 };
 ntt_size ntt_size_for(size_t points); /* the least that holds so many */
 
-/* Makes the table of roots for transforms of this size modulo each of the primes. */
-void ntt_prepare_roots(const ntt_size &size);
+/* Makes the table of roots for transforms of this size modulo each of the first so many primes. */
+void ntt_prepare_roots(const ntt_size &size, int fields = ntt_primes);
 
 /* a[0 .. N) below 2p, coefficients; zero from `used` on. Becomes the values, below 4p, in an order of their own. */
 void ntt_forward(limb *a, size_t used, const ntt_size &size, int field);

@@ -115,7 +115,7 @@ dense_multiplier::dense_multiplier(const flat_shape &s, const dense_plan &p, int
     inverse_01 = ntt_prepare(ntt_inverse_of(p0 % p1, p1), p1);
     inverse_012 = ntt_prepare(ntt_inverse_of(of_p01, p2), p2);
     p0_mod_2 = ntt_prepare(p0 % p2, p2);
-    ntt_prepare_roots(size);
+    ntt_prepare_roots(size, plan.primes);
     for (int q = 0; q < plan.primes; q++) values[q].resize(size.points());
 }
 

@@ -181,6 +181,17 @@ TEST_F(flat_ntt, primes_and_roots_are_what_the_bounds_rest_on) {
     }
 }
 
+TEST_F(flat_ntt, a_prepared_factor_holds_the_truncated_quotient) {
+    for (const ntt_prime &f : ntt_fields)
+        for (int i = 0; i < times(20000); i++) {
+            const limb near[] = {0, 1, f.p - 1, f.p / 2, f.delta, f.p - f.delta};
+            const limb w = i < 6 ? near[i] : rnd() % f.p >> (i % 3 ? 0 : rnd() % 62);
+            const ntt_root r = ntt_prepare(w, f.p);
+            EXPECT_EQ(r.value, w);
+            ASSERT_EQ(r.quotient, static_cast<limb>((static_cast<limb2>(w) << 64) / f.p)) << w;
+        }
+}
+
 TEST_F(flat_ntt, back_and_forth_gives_the_coefficients_times_the_word_radix) {
     for (size_t points : {8, 9, 10, 12, 16, 100, 1000, 5000, 20000}) {
         const ntt_size size = ntt_size_for(points);
