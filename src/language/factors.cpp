@@ -7,6 +7,7 @@
 #include "matrix/elements.h"
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
+#include "quoly/calculus.h"
 #include "top/driver.h"
 #include "top/interrupts.h"
 #include "top/parse.h"
@@ -227,7 +228,44 @@ static void factorial_of(factor &f) {
     if (is_number) factorial((*f.result)->numb);
 }
 
-/* The value at an argument, which takes the place of the first variable: a number has none. */
+/* Values for the first variables: one factor, or several values in parentheses. */
+struct evaluation_point {
+    quoly_handle value[most_variables];
+    int count = 0;
+
+    void read(factor &f);
+
+  private:
+    void read_value(factor &f);
+};
+
+void evaluation_point::read_value(factor &f) {
+    if (count == most_variables) error(278, token);
+    count = minn(count, most_variables - 1);
+    old_expre(f.input, value[count].slot(), f.cursor);
+    count++;
+}
+
+/* One value in parentheses is a factor like any other, with postfix operators of its own. */
+void evaluation_point::read(factor &f) {
+    held_value polynomial;
+    if (!token_is(token, "(")) {
+        old_fact(f.input, value[count++].slot(), f.cursor);
+        return;
+    }
+    f.read_on();
+    read_value(f);
+    bool several = token_is(token, ",");
+    while (token_is(token, ",")) {
+        held_value left;
+        f.read_on();
+        read_value(f);
+    }
+    require(")", 1, f.input, f.cursor);
+    if (!several) half_fact(f.input, value[0].slot(), f.cursor);
+}
+
+/* More values than there are variables are an error; a single one is none, since numbers stay as they are. */
 static void evaluation(factor &f) {
     f.read_on();
     if (token_is(token, "[")) {
@@ -235,12 +273,13 @@ static void evaluation(factor &f) {
         return;
     }
     (f.moving ? move_value : own_value)(f.at, f.result);
-    quoly_handle argument;
-    {
-        held_value polynomial;
-        old_fact(f.input, argument.slot(), f.cursor);
-    }
-    evaluate_first_variable(f.result, argument.get());
+    evaluation_point point;
+    point.read(f);
+    if (point.count > 1 && point.count > number_polys) error(278, token);
+    const quolynode *values[most_variables];
+    const int count = minn(point.count, number_polys);
+    for (int i = 0; i < count; i++) values[i] = point.value[i].get();
+    get_evalquoly(f.result, values, count);
 }
 
 static void read_postfix(factor &f) {

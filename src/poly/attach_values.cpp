@@ -1,6 +1,7 @@
 /* The stored values follow a change of variables. */
 #include "language/names.h"
 #include "poly/attach.h"
+#include "poly/evaluate.h"
 #include "poly/model_work.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"

@@ -105,8 +105,5 @@ void max_degree(const polynode *p, int k, int32_t *d);    /* raises *d to the gr
 int poly_vars(const polynode *p, int level, char *flags); /* marks flags[] of the levels that occur; the deepest; p's
                                                              own level is `level` */
 int driver_poly_vars(const polynode *p);                  /* how many variables p involves */
-void remove_one(polynode **p, int level);                 /* drops a level in which p has degree 0 */
-void remove_poly_var(quolynode *q, int level);
-void eval_at_one(polynode **p, int level); /* the variable := 1; the level stays, as exponent 0 */
 
 } // namespace tolvek

@@ -90,7 +90,5 @@ void quoly_abs(quolynode **q);       /* the magnitude */
 void quoly_reciprocal(quolynode **q);
 void raise_to_power(quolynode **q, const number *exponent);             /* errors 22, 32, 85 */
 void quoly_compute_power(quolynode **q, uint32_t e);                    /* e at least 1 */
-void quoly_differen_once(quolynode **q, int times);                     /* derivative by the first variable */
-void evaluate_first_variable(quolynode **q, const quolynode *argument); /* *q with the argument for it */
 
 } // namespace tolvek

@@ -98,18 +98,4 @@ void raise_to_power(quolynode **q, const number *exponent) {
     if (e < 0) quoly_reciprocal(q);
 }
 
-/* ---- the first variable ---- */
-
-/* The derivative and the value of a polynomial wait for the division of polynomials, with which they come. */
-void quoly_differen_once(quolynode **q, int) {
-    if (is_rational(*q))
-        quoly_set(0, q);
-    else
-        error(62, token_record{"\"", hash_unknown});
-}
-
-void evaluate_first_variable(quolynode **q, const quolynode *) {
-    if (!is_rational(*q)) error(62, token_record{"#", hash_unknown});
-}
-
 } // namespace tolvek

@@ -2,6 +2,7 @@
 
 #include "numbers/number_decimal.h"
 #include "poly/add.h"
+#include "poly/evaluate.h"
 #include "quoly/quoly.h"
 #include "support/rand_poly.h"
 #include "top/guards.h"
