@@ -5,9 +5,8 @@
    that of the products times the logarithm of the rows. The products that fall on one exponent are summed in the order
    of the rows: for floats, whose sums depend on it, in this very order, otherwise two by two, so that long sums are not
    walked again and again. */
-#include "numbers/handles.h"
 #include "numbers/poured.h"
-#include "poly/add.h"
+#include "poly/coefficient_sum.h"
 #include "poly/model_work.h"
 #include "poly/mult_work.h"
 #include "top/interrupts.h"
@@ -18,108 +17,6 @@
 namespace tolvek {
 
 namespace {
-
-/* The sum of products of coefficients that come one by one. */
-class coefficient_sum {
-  public:
-    ~coefficient_sum() {
-        for (int k = 0; k < parts; k++) free_poly(&part[k]);
-        free_poly(&constant);
-    }
-    coefficient_sum() = default;
-    coefficient_sum(const coefficient_sum &) = delete;
-    coefficient_sum &operator=(const coefficient_sum &) = delete;
-
-    /* Adds the product of the coefficients of two terms. */
-    void add(const polynode *s, const polynode *t, pt *names);
-    polynode *take(); /* the sum, null for 0; nothing is left */
-
-  private:
-    void add_poly(polynode *p);
-    void add_numbers(const number *x, const number *y);
-
-    /* Part k is a sum of 2^k polynomials, or null: a sum of two such takes its place in the next. Floats have one
-       part. */
-    static constexpr int most_parts = 40;
-    polynode *part[most_parts];
-    int parts = 0;
-    polynode *constant = nullptr; /* the sum of products of numbers; of floats only until a polynomial comes */
-    number_handle product;
-};
-
-/* The number that a coefficient is, or null. */
-const number *lone_number(const polynode *t) {
-    if (t->is_number) return t->num;
-    return is_constant(t->poly) ? t->poly->num : nullptr;
-}
-
-void coefficient_sum::add_poly(polynode *p) {
-    if (flotemode && constant) { /* what has come before counts first */
-        part[parts++] = constant;
-        constant = nullptr;
-    }
-    for (int k = 0; k < parts; k++) {
-        if (!part[k]) {
-            part[k] = p;
-            return;
-        }
-        polynode *other = part[k];
-        part[k] = nullptr;
-        best_poly_add(other, p, &p);
-        if (flotemode) {
-            part[k] = p;
-            return;
-        }
-    }
-    part[parts++] = p;
-}
-
-void coefficient_sum::add_numbers(const number *x, const number *y) {
-    if (flotemode && parts > 0) {
-        polynode *p = new_number_term();
-        number_product(x, y, p->num);
-        return add_poly(p);
-    }
-    if (!constant) {
-        constant = new_number_term();
-        return number_product(x, y, constant->num);
-    }
-    number_product(x, y, &product);
-    if (flotemode || lintmode)
-        num_add(constant->num, &product, constant->num);
-    else
-        fastsum(constant->num, &product);
-}
-
-void coefficient_sum::add(const polynode *s, const polynode *t, pt *names) {
-    const number *x = lone_number(s), *y = lone_number(t);
-    if (x && y) return add_numbers(x, y);
-    poly_handle p;
-    if (x)
-        scalar_by_poly(x, t->poly, p.slot());
-    else if (y)
-        scalar_by_poly(y, s->poly, p.slot());
-    else
-        mult_lists(s->poly, t->poly, p.slot(), names);
-    add_poly(p.release());
-}
-
-polynode *coefficient_sum::take() {
-    polynode *sum = constant;
-    constant = nullptr;
-    for (int k = 0; k < parts; k++) {
-        if (!part[k]) continue;
-        polynode *p = part[k];
-        part[k] = nullptr;
-        if (sum)
-            best_poly_add(sum, p, &sum);
-        else
-            sum = p;
-    }
-    parts = 0;
-    if (sum && poly_iszero(sum)) free_poly(&sum);
-    return sum;
-}
 
 /* One term of the outer operand, and the term of the inner one that it meets next. */
 struct row {
@@ -159,7 +56,7 @@ void school_product(const polynode *a, const polynode *b, int n_a, int n_b, poly
         std::swap(n_a, n_b);
     }
     row_heap heap(a, b, n_a);
-    coefficient_sum sum;
+    coefficient_sum sum(mult_lists);
     growing_list product;
     while (heap.count > 0) {
         const int64_t expo = heap.top().expo;
