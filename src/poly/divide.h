@@ -30,7 +30,7 @@ void Lpoly_divide(const polynode *a, const polynode *b, polynode **q, pt *names,
 bool rough_poly_divide(const polynode *a, const polynode *b, polynode **q, pt *names);
 
 /* *a := *a / b, which is known to be exact; a remainder is the internal error "bad exps in fast_poly divide. ", and *a
-   stays. A constant b is one too: it goes to num_poly_quot. depth: printed in the messages. */
+   stays. A constant b goes to poly_quot. depth: printed in the messages. */
 void fast_poly_divide(polynode **a, const polynode *b, pt *names, int depth);
 /* Each coefficient of the list *a divided by b, which is of the level below names; known to be exact. */
 void fast_divide(polynode **a, const polynode *b, pt *names, int depth);
@@ -106,25 +106,20 @@ void gen_case(const polynode *a, const polynode *b, polynode **q, polynode **r, 
 void poly_quot(const polynode *a, const polynode *b, polynode **q, int depth);
 void trial_poly_quot(const polynode *a, const polynode *b, polynode **q, int *ok); /* *ok 0 and *q as it was */
 void fastest_poly_quot(const polynode *a, const polynode *b, polynode **q);        /* residues; b a unit */
-void num_poly_quot(const number *c, polynode **p);                                 /* *p := *p / c, as poly_quot */
 void mod_num_poly_mult(int32_t c, polynode **p);                                   /* *p := c * *p, residues */
 
 /* p := p / its leading coefficient, which goes to *lc as a constant; 1 where p has it already. Floats and residues;
    otherwise error 284, and where that returns p stays and *lc := 1. Errors 22 (a leading number 0), 85 (no unit). */
 void monic_poly(polynode **p, polynode **lc, pt *names);
-/* The same with a rational factor: *p := primitive with a positive leading number, *lc := the quotient of the leading
-   numbers, a constant, outside flotemode and lintmode. */
-void rat_monic_poly(polynode **p, polynode **lc);
-
 /* ---- shape ---- */
 
 void add_pad(polynode **p, int k); /* k wrappers on top of p; a constant stays as it is */
 void remove_dummy(polynode *t);    /* a term of exponent 0 over a lone number becomes a number term */
 /* Goes down through the wrappers that *a and *b have in common, *count of them, and *names with them. */
 void findHeight(const polynode **a, const polynode **b, int *count, pt **names);
-int height_is_1(const polynode *p);  /* p involves its top variable alone, or nothing */
-int anynegs(const polynode *p);      /* some exponent is negative, at any level */
-int node_iszero(const polynode *t);  /* the one term t is a number term 0 */
+int height_is_1(const polynode *p); /* p involves its top variable alone, or nothing */
+int anynegs(const polynode *p);     /* some exponent is negative, at any level */
+int node_iszero(const polynode *t); /* the one term t is a number term 0 */
 /* Is the leading coefficient of p a unit: a number that is one? */
 int first_coef_invrtble(const polynode *p, int level);
 

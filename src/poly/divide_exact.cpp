@@ -50,7 +50,7 @@ void fast_poly_divide(polynode **a, const polynode *b, pt *names, int depth) {
     if (!names)
         tolvek_error("pt nil in fast_poly_divide.", 1);
     else if (is_constant(b))
-        num_poly_quot(b->num, a);
+        poly_quot(*a, b, a, depth);
     else if (!divide_in_place(a, b, names))
         not_exact(*a, b, depth);
 }

@@ -28,22 +28,22 @@ bool comes_later(const row &x, const row &y) { return x.expo != y.expo ? x.expo 
 
 class step_division {
   public:
-    step_division(const polynode *a, const polynode *b, pt *names, const division_rule &the_rule)
-        : at(a), lead(b), below(names_below(names)), rule(the_rule), sum(poly_mult),
+    step_division(const polynode *a, const polynode *b, pt *names, const division_rule &the_rule, bool want_remainder)
+        : at(a), lead(b), below(names_below(names)), rule(the_rule), with_remainder(want_remainder), sum(poly_mult),
           by_number(led_by_number(b) ? top_number(b) : &number_1) {
         find_least(a, b);
     }
-    bool run(bool want_remainder);
+    bool run();
     growing_list quotient, remainder;
 
   private:
-    /* The exponent below which the quotient of an exact division has no term. */
+    /* The exponent below which the quotient has no term: an exact one of a domain begins where it must. */
     void find_least(const polynode *a, const polynode *b) {
         const int64_t least = int64_t{lowest_exponent(a)} - lowest_exponent(b);
         if (rule.power_units)
             least_expo = least;
         else
-            least_expo = least > 0 && ring_is_domain() && !rule.rough ? least : 0;
+            least_expo = least > 0 && ring_is_domain() && !rule.rough && !with_remainder ? least : 0;
     }
     /* The coefficient of what is left at e. It stands in *own, or lies in a as it is, `lone` for a number term. Null
        for 0. */
@@ -60,6 +60,7 @@ class step_division {
     const polynode *const lead;
     pt *const below;
     const division_rule rule;
+    const bool with_remainder;
     int64_t least_expo;
     coefficient_sum sum;
     number_divisor by_number;
@@ -112,7 +113,7 @@ void step_division::append(int64_t e, poly_handle &c) {
 }
 
 /* False when the division is not exact and no remainder is wanted. */
-bool step_division::run(bool want_remainder) {
+bool step_division::run() {
     while (at || !rows.empty()) {
         safe_point();
         const int64_t e = next_exponent();
@@ -122,7 +123,7 @@ bool step_division::run(bool want_remainder) {
         if (!c) continue;
         const int64_t q_expo = e - lead->expo;
         if (q_expo < least_expo) {
-            if (want_remainder) {
+            if (with_remainder) {
                 if (!own) poly_assign(c, own.slot());
                 remainder.append(term_of(e, own));
             } else if (rule.rough) {
@@ -145,8 +146,8 @@ bool step_division::run(bool want_remainder) {
 bool divide_by_steps(const polynode *a, const polynode *b, polynode **q, polynode **r, pt *names,
                      const division_rule &rule) {
     check_stack();
-    step_division d(a, b, names, rule);
-    if (!d.run(r)) return false;
+    step_division d(a, b, names, rule, r);
+    if (!d.run()) return false;
     poly_handle quotient(list_or_zero(d.quotient.release()));
     if (r) replace_poly(list_or_zero(d.remainder.release()), r);
     if (q) quotient.release_to(q);

@@ -115,7 +115,6 @@ void poly_quot(const polynode *a, const polynode *b, polynode **q, int depth) {
 }
 
 void fastest_poly_quot(const polynode *a, const polynode *b, polynode **q) { divide_by_number(a, b->num, q, 0); }
-void num_poly_quot(const number *c, polynode **p) { divide_by_number(*p, c, p, 0); }
 
 void mod_num_poly_mult(int32_t c, polynode **p) {
     number factor{};

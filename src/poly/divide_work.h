@@ -26,7 +26,8 @@ class number_divisor {
     number_handle rest, quotient;
 };
 
-bool is_unit(const number *x); /* other than 0 where the ring is a field, else 1 and -1, or a residue that has an inverse */
+bool is_unit(
+    const number *x); /* other than 0 where the ring is a field, else 1 and -1, or a residue that has an inverse */
 
 /* The quotient of the list by the number. Null when it is 0 (*ok true), or when some number leaves a remainder (*ok
    false). */
@@ -69,9 +70,9 @@ inline void scale_poly(polynode **p, const number *c) { scalar_by_poly(c, *p, p)
 /* ---- the classical division of lists ---- */
 
 struct division_rule {
-    bool rough = false;      /* coefficients are divided as far as that goes, a remainder is dropped */
+    bool rough = false;       /* coefficients are divided as far as that goes, a remainder is dropped */
     bool power_units = false; /* exponents of the quotient may be negative */
-    bool flat = true;        /* large operands may be poured into flat arrays */
+    bool flat = true;         /* large operands may be poured into flat arrays */
 };
 
 /* a = q * b + r by steps from the top. Without r the remainder must be 0 (or is dropped, if rough); without q no quotient
