@@ -1,0 +1,51 @@
+/* The last steps of polygcd: trial divisions, and the methods that compute. */
+#include "gcd/gcd_sizes.h"
+#include "gcd/gcd_work.h"
+#include "poly/measures.h"
+
+namespace tolvek {
+
+/* Opens with the interpolation method, whose rival Algorithm C is. */
+verdict weigh_methods(gcd_work *) { return verdict::next; }
+
+static verdict divided_if(gcd_work *w, bool v_divides_u) {
+    if (!v_divides_u) return verdict::next;
+    poly_assign(w->v->p, w->answer.slot());
+    return verdict::finish;
+}
+
+static bool worth_a_trial(const gcd_work *w) { return w->v->degree() == 1 || w->total > trial_cutoff; }
+
+/* With small coefficients the division is cheap whatever comes of it. */
+verdict early_trial(gcd_work *w) {
+    if (!over_integers() || !worth_a_trial(w) || max_digits(w->u->p) >= trial_bits) return verdict::next;
+    return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 0, 0));
+}
+
+/* Opens with the method of images modulo primes. */
+verdict early_modular_method(gcd_work *) { return verdict::next; }
+
+verdict trial(gcd_work *w) {
+    if (!over_integers() || !worth_a_trial(w) || max_digits(w->u->p) < trial_bits) return verdict::next;
+    return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 0, 0));
+}
+
+/* Opens with the method of images modulo primes. */
+verdict modular_method(gcd_work *) { return verdict::next; }
+
+verdict modular_trial(gcd_work *w) {
+    if (!modularmode) return verdict::next;
+    const bool deep = !has_number_coefficient(w->v->p) || number_polys + 1 - w->level >= 3;
+    if (w->v->degree() != 1 && !(w->total > trial_cutoff && deep)) return verdict::next;
+    return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 1, 0));
+}
+
+/* Opens with the method of interpolation in several variables. */
+verdict interpolate(gcd_work *) { return verdict::next; }
+
+verdict last_resort(gcd_work *w) {
+    algorithm_c(w->u->p, w->v->p, w->answer.slot(), w->names);
+    return verdict::finish;
+}
+
+} // namespace tolvek
