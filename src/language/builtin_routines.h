@@ -53,4 +53,35 @@ void builtin_equal(builtin_call &call);
 void builtin_equal_negative(builtin_call &call);
 void builtin_numerator(builtin_call &call);
 
+/* ---- polynomials (builtins_poly.cpp) ---- */
+
+void builtin_codegree(builtin_call &call);            /* Codeg p, Codeg(p, v): the least exponent */
+void builtin_coefficient(builtin_call &call);         /* Coef(p, n), Coef(p, v, n) */
+void builtin_constant_term(builtin_call &call);       /* Zcoef(p) */
+void builtin_degree(builtin_call &call);              /* Deg p, Deg(p, v): the greatest exponent */
+void builtin_derivative(builtin_call &call);          /* Deriv(p, v), Deriv(p, v, n) */
+void builtin_height(builtin_call &call);              /* Height(p): levels from the first variable to the deepest */
+void builtin_leading_coefficient(builtin_call &call); /* Lcoef(p): in the first variable of p */
+void builtin_leading_monomial(builtin_call &call);    /* Lmon(p): a product of powers */
+void builtin_leading_number(builtin_call &call);      /* Ncoef(p), Fcoef(p): the number in front of it */
+void builtin_leading_term(builtin_call &call);        /* Lterm(p): Lcoef(p) with its power */
+void builtin_level(builtin_call &call);               /* Level(p): of its first variable; 0 for a number */
+void builtin_logdig(builtin_call &call);              /* Logdig(p): bits of the largest number */
+void builtin_lower(builtin_call &call);               /* Lower(p, n) = p / x^n */
+void builtin_monomial_less(builtin_call &call);       /* Monless(a, b): Lmon(a) below Lmon(b) */
+void builtin_multiples(builtin_call &call);           /* Mcoefs(p, m): the terms that m divides, divided by m */
+void builtin_number_at(builtin_call &call);           /* Nmon(p, m): the number in front of m */
+void builtin_number_content(builtin_call &call);      /* Numcontent(p): the integer content */
+void builtin_product_coefficient(builtin_call &call); /* Mcoef(p, m): of m, in the variables of m */
+void builtin_pth_root(builtin_call &call);            /* Pfroot(p) */
+void builtin_raise(builtin_call &call);               /* Raise(p, n) = p x^n */
+void builtin_replace_coefficient(builtin_call &call); /* Rcoef(p, v, n, c): p with c before v^n */
+void builtin_splice(builtin_call &call);              /* Splice(a, b, n) = a + b x^n */
+void builtin_split(builtin_call &call);               /* Split(p, n, ^h): p = value + h x^n */
+void builtin_term_count(builtin_call &call);          /* Tcount(p): terms; field coefficients count 1 */
+void builtin_terms(builtin_call &call);               /* Terms(p) */
+void builtin_trailing_number(builtin_call &call);     /* Ntcoef(p): the number of the last term */
+void builtin_variable(builtin_call &call);            /* Var n */
+void builtin_vars(builtin_call &call);                /* Vars(p): how many variables occur */
+
 } // namespace tolvek
