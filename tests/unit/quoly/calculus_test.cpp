@@ -142,7 +142,7 @@ TEST_F(calculus_faults, roots_and_their_errors) {
         EXPECT_TRUE(unwinds([&] { quoly_pth_root(q.slot()); }));
         EXPECT_NE(last_text.find(text), std::string::npos) << last_text;
         test_ring again("3"); /* the error has left for the ring of the prompt */
-        EXPECT_EQ(text_of(q.get()), p);
+        EXPECT_EQ(tolvek::text_of(q.get()), p);
         free_quoly(q.slot());
     };
     refused("x^3 + x", "The polynomial has no such root.");

@@ -384,7 +384,7 @@ TEST_F(values_at_the_prompt, a_variable_of_polynomials_is_no_target_and_cannot_b
 
 TEST_F(values_at_the_prompt, what_waits_for_the_division_of_polynomials_is_error_62) {
     run("p := x^2 + 1");
-    for (const char *line : {"1/x", "x/y", "p/x", "p^(-1)", "p \\ x", "p | x", "p\"", "p#3"}) {
+    for (const char *line : {"1/x", "x/y", "p/x", "p^(-1)", "p \\ x", "p | x"}) {
         EXPECT_TRUE(gives_message(line, 62)) << line;
         EXPECT_EQ(value("p"), "x^2 + 1");
     }
