@@ -23,15 +23,25 @@ STATEMENTS = 100000
 class Problem:
     """What is typed into each program, and what the last line with an answer must be."""
 
-    def __init__(self, name, ours, peers, answer, most_ratio, most_memory=None):
+    def __init__(self, name, ours, peers, answer, most_ratio, most_memory=None, programs=("tolvek", "tolvek-exact")):
         self.name, self.ours, self.peers, self.answer = name, ours, peers, answer
-        self.most_ratio, self.most_memory = most_ratio, most_memory
+        self.most_ratio, self.most_memory, self.programs = most_ratio, most_memory, programs
 
 
 PROBLEMS = [
     Problem("start and &q", "&q\n", "", None, 2.0, 64 * MEBIBYTE),
     Problem(f"{STATEMENTS} statements", "x := 0:\n" + "x := x + 1:\n" * STATEMENTS + "x\n&q\n",
             "x = 0;\n" + "x = x + 1;\n" * STATEMENTS + "x\n", str(STATEMENTS), 2.0),
+    Problem("a loop by for", "Func F(n) = s := 0; for i = 1, n do s := s + 1 od; s.\nF(3000000)\n&q\n",
+            "F(n) = my(s = 0); for (i = 1, n, s = s + 1); s\nF(3000000)\n", "3000000", 1.5, programs=("tolvek-exact",)),
+    Problem("a loop by while", "Func F(n) = i := 0; while i < n do i := i + 1 od; i.\nF(3000000)\n&q\n",
+            "F(n) = my(i = 0); while (i < n, i = i + 1); i\nF(3000000)\n", "3000000", 1.5, programs=("tolvek-exact",)),
+    Problem("Fibonacci of 25", "Func F(n) = if n < 2 then n else F(n - 1) + F(n - 2) fi.\nF(25)\n&q\n",
+            "F(n) = if (n < 2, n, F(n - 1) + F(n - 2))\nF(25)\n", "75025", 1.5, programs=("tolvek-exact",)),
+    Problem("a sum of floats", "s := 0:\nFunc F(n) = Compile(s); Float; s := 0; "
+            "for i = 1, n do s := s + i*i - i/2 od; s.\nF(3000000)\n&q\n",
+            "F(n) = my(s = 0.); for (i = 1, n, s = s + (1.*i)*i - i/2.); s\nF(3000000)\n", None, 0.5,
+            programs=("tolvek",)),
 ]
 
 
@@ -85,7 +95,7 @@ def main():
         print("gp is not installed: our own times alone")
     peer = [gp, "-f", "-q"] if gp else None
     held = [compare(problem, os.path.join(os.path.abspath(options.build), "bin", program), peer, options.runs)
-            for problem in PROBLEMS for program in ("tolvek", "tolvek-exact")]
+            for problem in PROBLEMS for program in problem.programs]
     return 1 if options.check and not all(held) else 0
 
 
