@@ -91,12 +91,41 @@ def birthdays():
     check([int(re.sub(r"\s", "", text)) for text in shown[1:]] == [math.factorial(52), 2**521 - 1], str(shown[1:]))
 
 
+def squareforms():
+    shown = [int(text.replace(" ", "")) for text in values_of("squareforms.tv", "tolvek-exact") if text != "0"]
+    check(len(shown) == 9, str(shown))
+    for factors, product in ((shown[0:2], 11111), (shown[2:4], 2**32 + 1), (shown[4:7], 2**29 - 1),
+                             (shown[7:9], 1000000007 * 1000000009)):
+        check(math.prod(factors) == product and min(factors) > 1, f"{factors} of {product}")
+
+
+def sturm():
+    shown = [text for text in values_of("sturm.tv", "tolvek-exact") if text != "0"]
+    check(len(shown) == 10, str(shown))
+    counts = [int(shown[i]) for i in (0, 1, 2, 5, 6, 8, 9)]
+    check(counts == [9, 8, 4, 4, 1, 3, 2], str(counts))  # members and roots of each polynomial, as known by their forms
+    for text, root, width in ((shown[3], -math.cos(math.pi / 16), 2**-29), (shown[4], math.cos(7 * math.pi / 16), 2**-30)):
+        check(0 <= fraction_of(text) - Fraction(root) + Fraction(1, 10**15) <= width + 1e-14, f"{text} encloses {root}")
+    x = fraction_of(shown[7])
+    check((x - Fraction(200, 2**40))**5 - (x - Fraction(200, 2**40)) - 1 <= 0 <= x**5 - x - 1, shown[7])
+
+
+def resultants():
+    shown = [fraction_of(text) for text in values_of("resultants.tv", "tolvek-exact")]
+    eliminated = [Fraction(y)**4 - 25 * Fraction(y)**2 + 144 for y in (1, 2, 3, 4, Fraction(1, 2))]
+    discriminants = [-4 * Fraction(p)**3 - 27 * Fraction(q)**2
+                     for p, q in ((-2, -5), (-3, 2), (Fraction(1, 2), Fraction(1, 3)))]
+    differences = math.prod(i - j for i in range(1, 5) for j in range(5, 8))
+    expected = [*[0] * 5, *eliminated, 0, *discriminants, differences]  # arrays and functions show 0
+    check(shown == expected, f"{shown}, not {expected}")
+
+
 def every_script_has_its_test():
     scripts = {name for name in os.listdir(examples) if name.endswith(".tv")}
     check(scripts == {test.__name__ + ".tv" for test in TESTS}, str(scripts))
 
 
-TESTS = [newton, loan, convergents, birthdays]
+TESTS = [newton, loan, convergents, birthdays, squareforms, sturm, resultants]
 
 
 def main():
