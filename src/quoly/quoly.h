@@ -2,7 +2,13 @@
 
    Families by ownership. Plain (quoly_add, quoly_mult): operands kept, *r replaced; r may hold an operand.
    better_: the first operand is consumed, its node reused; *r replaced unless it is that operand. best_ and fast_:
-   *a becomes the result; best_ consumes and frees b, fast_ keeps it. All compute in the ring in force.
+   *a becomes the result; best_ consumes and frees b, fast_ keeps it. Where two operands are consumed they differ.
+   All compute in the ring in force.
+
+   Operands are in normal form (quoly/normal.h), and so is the result; the least number of GCDs sees to that. A sum takes
+   none while one operand has no denominator; one for two denominators, and one more where that is not 1; a product or a
+   quotient takes at most two, of the parts that cross, and none of parts that are equal.
+
    Division by 0 is error 22 with the result 1. */
 #pragma once
 
@@ -29,7 +35,7 @@ void quoly_to_poly(const quolynode *q, polynode **p); /* q a plain number: *p :=
 quolynode *new_fraction(poly_handle &num, poly_handle &den);
 void replace_quoly(quolynode *q, quolynode **r); /* q takes the place of what *r held, which goes */
 
-/* *q := num / den in normal form; both are consumed. den is a lone number other than 0, or null. */
+/* *q := num / den in normal form (quoly/normal.h); both are consumed. den may be null. */
 void fraction_to_value(poly_handle &num, poly_handle &den, quolynode **q);
 
 extern quolynode *quol_num_0, *quol_num_1; /* ready constants, valid in every number form; never to be freed */
@@ -77,6 +83,8 @@ void best_quoly_sub(quolynode **a, quolynode *b);
 
 void quoly_mult(const quolynode *a, const quolynode *b, quolynode **r);
 void fast_quoly_mult(quolynode **a, const quolynode *b);
+/* The same in the list of variables that begins at names, with its relations, and without negative exponents. */
+void spec_quoly_mult(const quolynode *a, const quolynode *b, quolynode **r, pt *names);
 /* no_gcd: the caller promises that the numerators have no common factor. */
 void quoly_quot(const quolynode *a, const quolynode *b, quolynode **r, int no_gcd);
 void fast_quoly_quot(quolynode **a, const quolynode *b, int no_gcd);

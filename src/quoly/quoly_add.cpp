@@ -1,9 +1,10 @@
 /* Sums. All families share one tree, `sum`; they differ in what becomes of the operands. */
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
-#include "numbers/int_gcd.h"
 #include "numbers/rationals.h"
+#include "quoly/normal.h"
 #include "quoly/quoly_numbers.h"
+#include "quoly/reduce.h"
 
 #include <cassert>
 
@@ -40,31 +41,64 @@ static void sum_of_rationals(const quolynode *a, const quolynode *b, quolynode *
 struct fraction_sum {
     part n1, d1, n2, d2;
     bool minus;
+
+    polynode *numerator() { return sum_of_parts(n1, n2, minus); }
 };
 
-/* n / 1 and m / d: if m / d is in lowest terms, so is (n d + m) / d. */
-static void over_one_denominator(fraction_sum &s, part &without, part &d, quolynode **r) {
-    without.times(d.get()->num);
-    poly_handle num(sum_of_parts(s.n1, s.n2, s.minus)), den(d.take());
+/* n / 1 and m / d: if m / d is in lowest terms, so is (n d + m) / d. No GCD. */
+static void no_denom(fraction_sum &s, part &without, part &d, quolynode **r) {
+    without.times(d.get());
+    poly_handle num(s.numerator()), den(d.take());
     reduced_to_value(num, den, r);
 }
 
+/* One GCD: of the new numerator and the common denominator. */
 static void over_equal_denominators(fraction_sum &s, quolynode **r) {
-    poly_handle num(sum_of_parts(s.n1, s.n2, s.minus)), den(s.d1.take());
+    poly_handle num(s.numerator()), den(s.d1.take());
     fraction_to_value(num, den, r);
 }
 
-/* Over the least common multiple: g := gcd(d1, d2); (n1 (d2 / g) + n2 (d1 / g)) / (d1 (d2 / g)). */
-static void over_common_multiple(fraction_sum &s, quolynode **r) {
-    assert(is_constant(s.d1.get()) && is_constant(s.d2.get()));
-    number_handle g, e1, e2;
-    int coprime;
-    extgcd(s.d1.get()->num, s.d2.get()->num, &g, &e1, &e2, &coprime);
-    s.n1.times(&e2);
-    s.n2.times(&e1);
-    s.d1.times(&e2);
-    poly_handle num(sum_of_parts(s.n1, s.n2, s.minus)), den(s.d1.take());
-    fraction_to_value(num, den, r);
+/* (n1 d2 + n2 d1) / (d1 d2) is in lowest terms. No GCD. */
+static void over_coprime_denominators(fraction_sum &s, quolynode **r) {
+    s.n1.times(s.d2.get());
+    s.n2.times(s.d1.get());
+    s.d1.times(s.d2.get());
+    poly_handle num(s.numerator()), den(s.d1.take());
+    reduced_to_value(num, den, r);
+}
+
+/* With e1 = d1 / g and e2 = d2 / g the sum is (n1 e2 + n2 e1) / (g e1 e2), and what the numerator has in common with the
+   denominator divides g (P. Henrici, 1956). One GCD. */
+static void over_common_multiple(fraction_sum &s, poly_handle &g, quolynode **r) {
+    poly_handle cofactor1, cofactor2;
+    reduce(s.d1.get(), s.d2.get(), g.slot(), cofactor1.slot(), cofactor2.slot());
+    part e1(cofactor1), e2(cofactor2);
+    s.n1.times(e2.get());
+    s.n2.times(e1.get());
+    poly_handle sum(s.numerator());
+    if (poly_iszero(sum.get())) {
+        quoly_set(0, r);
+        return;
+    }
+    part num(sum), common(g);
+    cancel_common_factor(num, common);
+    common.times(e1.get());
+    common.times(e2.get());
+    poly_handle above(num.take()), below(common.take());
+    reduced_to_value(above, below, r);
+}
+
+static void general_quoly_add(fraction_sum &s, quolynode **r) {
+    if (poly_equal(s.d1.get(), s.d2.get())) {
+        over_equal_denominators(s, r);
+        return;
+    }
+    poly_handle g;
+    common_factor(s.d1, s.d2, g);
+    if (poly_eq_1(g.get()))
+        over_coprime_denominators(s, r);
+    else
+        over_common_multiple(s, g, r);
 }
 
 static void sum_of_fractions(value_operand a, value_operand b, quolynode **r, bool minus) {
@@ -74,17 +108,15 @@ static void sum_of_fractions(value_operand a, value_operand b, quolynode **r, bo
     s.d1.denominator_of(a);
     s.n2.numerator_of(b);
     s.d2.denominator_of(b);
-    if (!s.d1.get() && !s.d2.get()) {
-        poly_handle sum(sum_of_parts(s.n1, s.n2, minus));
-        poly_to_value(sum, r);
-    } else if (!s.d1.get()) {
-        over_one_denominator(s, s.n1, s.d2, r);
-    } else if (!s.d2.get()) {
-        over_one_denominator(s, s.n2, s.d1, r);
-    } else if (poly_equal(s.d1.get(), s.d2.get())) {
-        over_equal_denominators(s, r);
+    if (!s.d1.is_there() && !s.d2.is_there()) {
+        poly_handle total(s.numerator());
+        poly_to_value(total, r);
+    } else if (!s.d1.is_there()) {
+        no_denom(s, s.n1, s.d2, r);
+    } else if (!s.d2.is_there()) {
+        no_denom(s, s.n2, s.d1, r);
     } else {
-        over_common_multiple(s, r);
+        general_quoly_add(s, r);
     }
 }
 

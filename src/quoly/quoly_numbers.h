@@ -28,23 +28,28 @@ struct value_operand {
     bool consumed;
 };
 
-/* One part of an operand, as a polynomial: its own, taken or made, or a look at the operand's. */
+/* One part of an operand, as a polynomial: its own, taken or made, or a look at the operand's. There may be none, which
+   stands for 1. */
 class part {
   public:
     part() = default;
+    explicit part(poly_handle &p) { becomes(p.release()); }
     part(const part &) = delete;
     part &operator=(const part &) = delete;
 
     void numerator_of(value_operand v);
-    void denominator_of(value_operand v); /* null: there is none */
+    void denominator_of(value_operand v); /* none for a plain number */
 
     const polynode *get() const { return seen; }
+    bool is_there() const { return seen != nullptr; }
+    bool is_number() const { return seen && is_constant(seen); }
     bool is_own() const { return own.get() != nullptr; }
-    /* The polynomial, copied unless it is the part's own. */
+    /* The polynomial, copied unless it is the part's own; null for none. */
     polynode *take();
     void times(const number *c);
+    void times(const polynode *p); /* null: 1 */
     void divided_by(const number *c);
-    void becomes(polynode *p); /* p is consumed */
+    void becomes(polynode *p); /* p, which may be null, is consumed */
 
   private:
     void look_at(polynode *p, bool consumed, polynode **place);
@@ -55,14 +60,31 @@ class part {
     polynode lone{};
 };
 
+/* Are both there and equal? */
+inline bool same_polynomial(const part &a, const part &b) {
+    return a.is_there() && b.is_there() && poly_equal(a.get(), b.get());
+}
+
 /* a + b or a - b by the family of adders that suits who owns them; what is consumed of them goes. */
 polynode *sum_of_parts(part &a, part &b, bool minus);
 
-/* *q := num / den, which are in lowest terms; both are consumed. den is a lone number above 0 and other than 1, or
-   null. */
-void reduced_to_value(poly_handle &num, poly_handle &den, quolynode **q);
+/* g := the greatest common divisor of two parts that are there. Where one of them is a number no GCD of polynomials is
+   taken: g is the greatest number that divides both, 1 in lintmode. */
+void common_factor(const part &a, const part &b, poly_handle &g);
+/* Divides both by it; nothing happens where one is not there. */
+void cancel_common_factor(part &a, part &b);
+/* Chain form: divides both by the greatest number that divides them. */
+void sanitize(part &a, part &b);
 
-/* Chain: divides a numerator and a lone denominator by their greatest common divisor. */
-void cancel_content(part &num, part &den);
+/* n1 / d1 times n2 / d2, each in lowest terms; the parts of both may be exchanged, to divide. */
+struct fraction_product {
+    part n1, d1, n2, d2;
+    bool n1_and_d2_are_coprime = false; /* the caller vouches for it */
+};
+/* *r := the product. The parts are consumed. */
+void gen_quoly_mult(fraction_product &p, quolynode **r);
+
+/* Error 22 with the result 1. */
+void division_by_zero(quolynode **r);
 
 } // namespace tolvek

@@ -2,7 +2,9 @@
 #include "numbers/handles.h"
 #include "numbers/int_gcd.h"
 #include "poly/add.h"
+#include "poly/mult.h"
 #include "quoly/quoly_numbers.h"
+#include "quoly/reduce.h"
 
 #include <utility>
 
@@ -45,6 +47,7 @@ void part::have_own() {
 }
 
 polynode *part::take() {
+    if (!seen) return nullptr;
     have_own();
     seen = nullptr;
     return own.release();
@@ -60,6 +63,25 @@ void part::times(const number *c) {
     have_own();
     num_poly_mult(own.slot(), c);
     seen = own.get();
+}
+
+void part::times(const polynode *p) {
+    if (!p || poly_eq_1(p)) return;
+    polynode *product = nullptr;
+    if (!seen || poly_eq_1(seen)) {
+        poly_assign(p, &product);
+    } else if (is_constant(p)) {
+        times(p->num);
+        return;
+    } else if (is_constant(seen)) {
+        poly_handle multiple;
+        poly_assign(p, multiple.slot());
+        num_poly_mult(multiple.slot(), seen->num);
+        product = multiple.release();
+    } else {
+        poly_mult(seen, p, &product, polynames);
+    }
+    becomes(product);
 }
 
 void part::divided_by(const number *c) {
@@ -83,51 +105,52 @@ polynode *sum_of_parts(part &a, part &b, bool minus) {
     return sum;
 }
 
-/* ---- normal form ---- */
+/* ---- common factors ---- */
 
-
-void cancel_content(part &num, part &den) {
-    number_handle common;
-    find_gcdcoefs(num.get(), &common);
-    if (is_longint(&common, 1)) return;
-    binary_gcd(&common, den.get()->num, &common);
-    if (is_longint(&common, 1)) return;
-    num.divided_by(&common);
-    den.divided_by(&common);
+/* Chain: g := the greatest number that divides both, one of which is a number. */
+static void common_number(const part &a, const part &b, number *g) {
+    const part &lone = a.is_number() ? a : b, &other = a.is_number() ? b : a;
+    find_gcdcoefs(other.get(), g);
+    if (!is_longint(g, 1)) binary_gcd(g, lone.get()->num, g);
 }
 
-void reduced_to_value(poly_handle &num, poly_handle &den, quolynode **q) {
-    if (poly_iszero(num.get())) {
-        quoly_set(0, q);
-    } else if (!den) {
-        poly_to_value(num, q);
-    } else {
-        int rational = is_constant(num.get());
-        quolynode *fraction = new_fraction(num, den);
-        fraction->is_rat = rational;
-        replace_quoly(fraction, q);
+void common_factor(const part &a, const part &b, poly_handle &g) {
+    if (!a.is_number() && !b.is_number()) {
+        gcd_of_parts(a.get(), b.get(), g.slot());
+        return;
     }
+    poly_set(1, g.slot());
+    if (!lintmode) common_number(a, b, g->num);
 }
 
-void fraction_to_value(poly_handle &num, poly_handle &den, quolynode **q) {
-    if (den && !poly_iszero(num.get())) {
-        part above, below;
-        above.becomes(num.release());
-        below.becomes(den.release());
-        if (lintmode) {
-            above.divided_by(below.get()->num);
-        } else {
-            cancel_content(above, below);
-            *den.slot() = below.take();
-        }
-        *num.slot() = above.take();
+static void divide_by_number(part &a, part &b, const number *c) {
+    if (is_longint(c, 1)) return;
+    a.divided_by(c);
+    b.divided_by(c);
+}
+
+void cancel_common_factor(part &a, part &b) {
+    if (!a.is_there() || !b.is_there()) return;
+    poly_handle g, a2, b2;
+    common_factor(a, b, g);
+    if (poly_eq_1(g.get())) return;
+    if (a.is_number() || b.is_number()) {
+        divide_by_number(a, b, g->num);
+        return;
     }
-    if (den && num_sign(den->num) < 0) {
-        poly_inplace(num.get());
-        poly_inplace(den.get());
-    }
-    if (den && poly_eq_1(den.get())) free_poly(den.slot());
-    reduced_to_value(num, den, q);
+    reduce(a.get(), b.get(), g.slot(), a2.slot(), b2.slot());
+    a.becomes(a2.release());
+    b.becomes(b2.release());
+}
+
+/* The second one need not be looked at where the first has content 1. */
+void sanitize(part &a, part &b) {
+    number_handle common, content;
+    find_gcdcoefs(a.get(), &common);
+    if (is_longint(&common, 1)) return;
+    find_gcdcoefs(b.get(), &content);
+    binary_gcd(&common, &content, &common);
+    divide_by_number(a, b, &common);
 }
 
 } // namespace tolvek

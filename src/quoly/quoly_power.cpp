@@ -4,9 +4,11 @@
 #include "numbers/int_divide.h"
 #include "numbers/int_power.h"
 #include "poly/mult.h"
+#include "quoly/normal.h"
 #include "quoly/quoly_numbers.h"
 
 #include <cmath>
+#include <utility>
 
 namespace tolvek {
 
@@ -53,16 +55,23 @@ void quoly_great_int(quolynode **q) {
 
 /* ---- powers ---- */
 
-/* Powers of coprime parts are coprime. A power may be constant where the ring has zero divisors, or wraps. */
+/* Powers of coprime parts are coprime, unless relations between the variables destroy that. A power may be constant, or
+   0, where the ring has zero divisors. */
 void quoly_compute_power(quolynode **q, uint32_t e) {
+    if (e < 1) {
+        tolvek_error("negative exponent", 1);
+        quoly_set(1, q);
+        return;
+    }
     quolynode *base = *q;
     if (base->is_num) {
         number_power(base->numb, e);
         return;
     }
-    compute_power(&base->num, e, polynames);
-    if (base->den) number_power(base->den->num, e);
-    if (!base->den && is_constant(base->num)) polynum_to_quoly(q);
+    poly_handle num(std::exchange(base->num, nullptr)), den(std::exchange(base->den, nullptr));
+    compute_power(num.slot(), e, polynames);
+    if (den) compute_power(den.slot(), e, polynames);
+    (pseudo_polynames ? fraction_to_value : reduced_to_value)(num, den, q);
 }
 
 /* An exponent as a machine integer; false when it is too long. */
@@ -75,23 +84,27 @@ static bool read_exponent(const number *x, int64_t *e) {
     return lintmode || x->num_len == 1;
 }
 
+/* x^(n - 1) is 1 for a residue x other than 0 modulo a prime n, or in a field of n elements. */
+static void reduce_exponent(const quolynode *q, int64_t *e) {
+    if (!modularmode || !q->is_num || num_sign(q->numb) == 0 || !mod_is_prime()) return;
+    int64_t order = modulus - 1;
+    *e %= order;
+    if (*e < 0) *e += order;
+}
+
 void raise_to_power(quolynode **q, const number *exponent) {
     int64_t e;
     if (!read_exponent(exponent, &e)) {
         error(32, expsign);
         return;
     }
+    reduce_exponent(*q, &e);
     if (e == 0) {
         quoly_set(1, q);
         return;
     }
     if (e < 0 && quoly_is_zero(*q)) {
-        error(22, quotsign);
-        quoly_set(1, q);
-        return;
-    }
-    if (e < 0 && !is_rational(*q)) {
-        quoly_reciprocal(q); /* not possible yet: before the power is computed */
+        division_by_zero(q);
         return;
     }
     quoly_compute_power(q, static_cast<uint32_t>(e < 0 ? -e : e));

@@ -1,0 +1,79 @@
+/* Cofactors, and the repair of divisors that do not divide. */
+#include "quoly/reduce.h"
+
+#include "display/progress.h"
+#include "quoly/plain_divisor.h"
+#include "top/text_io.h"
+
+#include <cassert>
+
+namespace tolvek {
+
+void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g) = plain_gcd;
+
+namespace {
+
+/* One reduction: what is divided, by what, and the cofactors so far. */
+struct reduction {
+    const polynode *a, *b;
+    polynode **g;
+    poly_handle a2, b2;
+
+    void give_up() {
+        poly_assign(a, a2.slot());
+        poly_assign(b, b2.slot());
+        poly_set(1, g);
+    }
+};
+
+} // namespace
+
+/* ---- exact division ---- */
+
+static bool divides(const polynode *a, const polynode *g, poly_handle &q) {
+    return (flotemode ? rough_quotient : exact_quotient)(a, g, q.slot());
+}
+
+/* 0, or the number of the operand that the divisor does not divide. */
+static int undivided_operand(reduction &w) {
+    if (!divides(w.a, *w.g, w.a2)) return 1;
+    return divides(w.b, *w.g, w.b2) ? 0 : 2;
+}
+
+/* ---- repair ---- */
+
+static void tell_warning(const char *before, int number, const char *behind) {
+    if (verbose) sayf("%s%i%s", before, number, behind);
+}
+
+/* Turns off the fastest test that is on; `operand` is the one that was not divided. */
+static void distrust_fast_tests(int operand) {
+    if (try_rat) {
+        try_rat = 0;
+        tell_warning(" Warning ", operand,
+                     ". A fast probabilistic test for exact poly division has been turned off (&_t).\n");
+    } else if (rat_yes) {
+        rat_yes = 0;
+        tell_warning(" Warning ", operand + 2,
+                     ". Another fast probabilistic test for exact poly division has been turned off.\n");
+    } else {
+        tell_warning(" *** Warning ", operand + 4, ". A  fast probabilistic gcd algorithm is being retried.\n");
+    }
+}
+
+void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2) {
+    assert(a != *g && b != *g);
+    reduction w{a, b, g, poly_handle(), poly_handle()};
+    for (int round = 0; int operand = undivided_operand(w); round++) {
+        if (flotemode || round == most_reductions) {
+            w.give_up();
+            break;
+        }
+        distrust_fast_tests(operand);
+        gcd_of_parts(a, b, g);
+    }
+    w.a2.release_to(a2);
+    w.b2.release_to(b2);
+}
+
+} // namespace tolvek
