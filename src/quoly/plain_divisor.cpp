@@ -161,6 +161,10 @@ static bool has_main_variable(const polynode *p) { return !is_constant(p) && p->
 /* u := the GCD of primitive u and v, both with the main variable, but for a factor of the ring. */
 static void primitive_gcd(poly_handle &u, poly_handle &v) {
     if (u->expo < v->expo) std::swap(*u.slot(), *v.slot());
+    if (images_are_coprime(u.get(), v.get())) {
+        poly_set(1, u.slot());
+        return;
+    }
     for (;;) {
         if (flotemode) scale_flotes(u);
         if (lintmode) set_answer_form(v);

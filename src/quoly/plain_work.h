@@ -24,6 +24,10 @@ class coefficient {
     polynode lone{};
 };
 
+/* Do u and v, both with the main variable, have no common factor with it? A yes is proved by images with residues for the
+   other variables, which keep the degrees; a no says nothing. False over floats. */
+bool images_are_coprime(const polynode *u, const polynode *v);
+
 /* p without its leading term, whatever that is. */
 void drop_head(poly_handle &p);
 

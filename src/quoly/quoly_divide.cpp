@@ -132,9 +132,8 @@ static void remainder_of_fraction(const part &n, const part &d, const polynode *
     part above(num), below(num_den);
     below.times(den.get());
     above.times(den_den.get());
-    *num.slot() = above.take();
-    *den.slot() = below.take();
-    fraction_to_value(num, den, r);
+    poly_handle numerator(above.take()), denominator(below.take());
+    fraction_to_value(numerator, denominator, r);
 }
 
 /* The polynomial part of n / (d b) in b's main variable. */
