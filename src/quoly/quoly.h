@@ -96,7 +96,7 @@ void quoly_inplace(quolynode *q);    /* negates */
 void quoly_great_int(quolynode **q); /* the floor */
 void quoly_abs(quolynode **q);       /* the magnitude */
 void quoly_reciprocal(quolynode **q);
-void raise_to_power(quolynode **q, const number *exponent);             /* errors 22, 32, 85 */
-void quoly_compute_power(quolynode **q, uint32_t e);                    /* e at least 1 */
+void raise_to_power(quolynode **q, const number *exponent); /* errors 22, 32, 85 */
+void quoly_compute_power(quolynode **q, uint32_t e);        /* e at least 1 */
 
 } // namespace tolvek

@@ -2,6 +2,7 @@
 #include "quoly/reduce.h"
 
 #include "display/progress.h"
+#include "gcd/gcd.h"
 #include "quoly/plain_divisor.h"
 #include "top/text_io.h"
 
@@ -9,7 +10,15 @@
 
 namespace tolvek {
 
-void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g) = plain_gcd;
+/* Over floats the divisor counts that divides to within rounding, in several variables too; Lpolygcd finds there what
+   divides exactly. It wants its operands by address: while laurent is on it sets parts of them aside for a time. */
+static void gcd_with_all_tests(const polynode *a, const polynode *b, polynode **g) {
+    if (flotemode) return plain_gcd(a, b, g);
+    polynode *u = const_cast<polynode *>(a), *v = const_cast<polynode *>(b);
+    Lpolygcd(&u, &v, g, 1, polynames);
+}
+
+void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g) = gcd_with_all_tests;
 
 namespace {
 

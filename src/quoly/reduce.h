@@ -22,7 +22,7 @@ constexpr int most_reductions = 20;
 void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2);
 
 /* *g := the greatest common divisor that values are reduced by, of two polynomials that are no constants. It is
-   plain_gcd; tests put another one in its place, which counts or lies. */
+   Lpolygcd, and plain_gcd over floats; tests put another one in its place, which counts or lies. */
 extern void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g);
 
 } // namespace tolvek
