@@ -48,18 +48,17 @@ void monomial2(const polynode *m, const polynode *p, polynode **g);
 
 /* ---- the cache ---- */
 
-/* GCDs of large operands, kept while lookupgcd is above 0: elimination in an array meets the same pairs again. Entries
-   belong to one list of variables, one set of relations and one modulus; whoever changes one of them calls
-   free_gcd_stash(everything). With a modulus entries stay from one statement to the next. */
+/* GCDs of large operands, kept while lookupgcd is above 0: elimination in an array meets the same pairs again. Entries of
+   another ring go as soon as the cache is looked into. Relations on variables are not in the key: whoever changes one
+   calls free_gcd_stash(everything). With a modulus entries stay from one statement to the next. */
 void init_gcd_stash(); /* opens a stretch of caching; they nest */
 void pop_gcd_stash();  /* closes it; entries over the integers go with the last one */
 enum class stash_drop { if_stale, everything };
 void free_gcd_stash(stash_drop what = stash_drop::if_stale);
-/* Behind an unwinding: entries that wait for their GCD go, the count of open GCDs is 0, and lookupgcd is what the user
-   has set. */
+/* Behind an unwinding: no GCD is at work, and lookupgcd is what the user has set. */
 void settle_gcd_stash();
 extern int64_t gcdmass;         /* of the entries, by simple_poly_mass */
-extern int polygcd_stack_depth; /* GCDs at work that have an entry open */
+extern int polygcd_stack_depth; /* GCDs at work whose answers are to be kept */
 
 /* ---- for tests and choosers ---- */
 

@@ -84,8 +84,6 @@ struct gcd_operand {
     }
 };
 
-struct gcd_entry; /* of the cache */
-
 struct gcd_work {
     gcd_work() = default;
     ~gcd_work();
@@ -106,10 +104,10 @@ struct gcd_work {
     /* What modular images have told of the degree of the answer in divided form: never too low. */
     int32_t degree_bound = 0;
     bool good_image = false, degree_known = false;
-    bool balanced = false;        /* 34 */
-    int total = 0;                /* nodes of both */
-    int test_count = 0;           /* 38 */
-    gcd_entry *stashed = nullptr; /* the entry of the cache that waits for the answer */
+    bool balanced = false; /* 34 */
+    int total = 0;         /* nodes of both */
+    int test_count = 0;    /* 38 */
+    bool stashed = false;  /* the answer is to go into the cache */
 
     pt *below() const { return names->pt_next; }
     void lower_bound(int32_t degree) {
@@ -185,8 +183,8 @@ verdict last_resort(gcd_work *w);
 
 /* gcd_cache.cpp */
 verdict look_in_stash(gcd_work *w);
-void store_answer(gcd_work *w);  /* the answer goes into the entry that waits for it, if there is one */
-void abandon_entry(gcd_work *w); /* an entry that still waits goes */
+void store_answer(gcd_work *w);  /* the answer goes into the cache if look_in_stash wants it */
+void abandon_entry(gcd_work *w); /* it does not want it any more */
 
 /* gcd_finish.cpp */
 void finish_4(gcd_work *w);
