@@ -109,7 +109,6 @@ static bool is_possible(variable_change &c) {
 }
 
 static void announce(const variable_change &c) {
-    if (lintmode) changed_in_modmode = 1;
     if (windy || tt_flag)
         sayf(" Change of polynomial variable: %s%s.\n", c.cancels ? "cancel " : "", c.variable_name.text);
 }
@@ -120,12 +119,15 @@ void attach_poly(stream *input, name **cursor, int in_place) {
     read_cancel_sign(c);
     if (!read_name(c) || !is_possible(c) || !read_tail(c) || !read_end(c, in_place)) return;
     announce(c);
+    if (!c.cancels && number_polys == most_variables) {
+        error(228, c.variable_name);
+        return;
+    }
     if (c.cancels)
         cancel_variable(c.level);
-    else if (number_polys == most_variables)
-        error(228, c.variable_name);
     else
         adjoin_variable(c.variable_name, c.at_head);
+    if (modularmode) changed_in_modmode = 1; /* what was built on it has no meaning among the rationals */
 }
 
 } // namespace tolvek

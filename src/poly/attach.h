@@ -5,6 +5,9 @@
 
 namespace tolvek {
 
+/* Calls `visit` for the slot of every value that outlives the statement but the last value. */
+void visit_stored_values(void (*visit)(quolynode **slot, void *context), void *context);
+
 /* A new variable at the head of the list, or at its tail, above the field variables. There are less than most_variables.
    Either every stored value follows or, where memory is refused, nothing has changed. */
 void adjoin_variable(token_record &variable_name, bool at_head);

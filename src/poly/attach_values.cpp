@@ -11,10 +11,7 @@
 
 namespace tolvek {
 
-using value_visitor = void (*)(quolynode **slot, void *context);
-
-/* Calls `visit` for the slot of every value that outlives the statement. */
-static void visit_stored_values(value_visitor visit, void *context) {
+void visit_stored_values(void (*visit)(quolynode **slot, void *context), void *context) {
     visit_variables(visit, context);
     if (sysnum) visit(&sysnum, context);
 }

@@ -11,6 +11,7 @@
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/stored.h"
+#include "top/change_ring.h"
 #include "top/driver.h"
 #include "top/parse.h"
 #include "top/settings.h"
@@ -60,13 +61,17 @@ static void get_stream(switch_call &call, name_list &list) {
     list.add(semicolon);
 }
 
-constexpr int greatest_modulus = 2147483644;
+/* From one modulus to another the way leads over the rationals. */
+static void change_ring(bool back, int n, bool convert_values) {
+    if (modularmode) change_to_rational(back, convert_values);
+    if (!back && !modularmode) change_to_modular(n, true, convert_values);
+}
 
-/* _i is the way back to the rationals. */
-static void assign_ring(bool back, int modulus_wanted) {
+/* _i is the way back to the rationals. With a list of names that is empty stored values stay as they are. */
+static void assign_ring(bool back, int modulus_wanted, const name_list &names, bool local) {
     if (lintmode && !modularmode)
         error(62, token);
-    else if (levelcount > 1)
+    else if (levelcount > 1 || values_held > 0)
         error(73, token);
     else if (!back && (modulus_wanted < 2 || modulus_wanted > greatest_modulus))
         error(84, token);
@@ -74,8 +79,10 @@ static void assign_ring(bool back, int modulus_wanted) {
         say(" Already in rational mode.\n");
     else if (!back && modularmode && modulus_wanted == modulus)
         say(" Already in that arithmetic mode\n");
-    else
+    else if (local && !token_is(names.first()->tok, ";"))
         error(layer_is_missing, token);
+    else
+        change_ring(back, modulus_wanted, !local);
 }
 
 /* ---- numbers ---- */
@@ -169,10 +176,11 @@ static void number_switch(switch_call &call, int letter) {
     if (!(back && changes_ring) && !by_value && !legal_integer(row, value, figure)) return;
 
     name_list names;
-    if (changes_ring && token_is(token, ":")) get_stream(call, names);
+    bool local = changes_ring && token_is(token, ":");
+    if (local) get_stream(call, names);
     if (!closed()) return;
     if (changes_ring)
-        assign_ring(back, figure);
+        assign_ring(back, figure, names, local);
     else if (by_value)
         row->assign_value(call, value);
     else

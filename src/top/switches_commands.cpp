@@ -6,6 +6,7 @@
 #include "language/stored.h"
 #include "numbers/storage_report.h"
 #include "poly/variables.h"
+#include "top/change_ring.h"
 #include "top/driver.h"
 #include "top/parse.h"
 #include "top/settings_report.h"
@@ -129,18 +130,20 @@ text_out *handle_andsign(stream *input, name **cursor) {
 
 /* ---- the ring ---- */
 
-/* &p, &p(x, y, ...): the other ring, for the named variables or for all. */
+/* &p: the other ring. The modulus is asked for, or stands behind it. */
 void choose_ring(switch_call &call) {
-    if (levelcount > 1) {
-        error(73, token);
-        return;
-    }
+    if (!variables_may_change()) return;
     scanner(call.input, token, call.cursor);
     call.token_is_read = true;
-    if (token_is(token, "(") && *call.cursor)
-        error(264, token);
-    else
-        error(lintmode && !modularmode ? 62 : layer_is_missing, token);
+    int n = 0;
+    if (token_is(token, "("))
+        error(*call.cursor ? 264 : lintmode && !modularmode ? 62 : layer_is_missing, token);
+    else if (lintmode && !modularmode)
+        error(62, token);
+    else if (modularmode)
+        change_to_rational(true, true);
+    else if (read_modulus(call.input, call.cursor, &n))
+        change_to_modular(n, true, true);
 }
 
 /* ---- the variables of polynomials ---- */

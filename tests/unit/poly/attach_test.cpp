@@ -233,7 +233,7 @@ TEST_F(attach_test, away_from_the_terminal_the_change_is_told_when_windy_is_on) 
     EXPECT_EQ(names(), "a ");
 }
 
-TEST_F(attach_test, a_change_in_lintmode_is_noted) {
+TEST_F(attach_test, a_change_in_a_modular_ring_is_noted) {
     run("&(J = a)");
     EXPECT_EQ(changed_in_modmode, 0);
     set_input("b)\n");

@@ -1,0 +1,97 @@
+#include "poly/ring_change.h"
+#include "display/progress.h"
+#include "numbers/modular.h"
+#include "poly/model_work.h"
+#include "top/driver.h"
+#include "top/settings.h"
+#include "top/stack_limit.h"
+#include "top/text_io.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace tolvek {
+
+constexpr int most_warnings = 20;
+
+/* ---- to residues ---- */
+
+static bool warning_is_due() { return verbose && warn_cnt < most_warnings; }
+
+/* Elements of a table field are words of bits: a chain stands for the one of its last digit. */
+static int32_t element_of(const number *x, bool warn_negative) {
+    const int32_t digit = x->num_tail->digit;
+    if (x->num_len > 1) {
+        if (warning_is_due()) {
+            say(" *** Warning. outsized values encountered. Expect garbage.\n");
+            warn_cnt++;
+        }
+    } else if ((std::abs(digit) >= modulus || (warn_negative && digit < 0)) && warning_is_due()) {
+        sayf("*** Warning. in going to finite field, outsized value encountered: %d\n", digit);
+        warn_cnt++;
+    }
+    return std::abs(digit) % modulus;
+}
+
+void change_num(number *x, bool warn_negative) {
+    x->lint_val = finf ? element_of(x, warn_negative)
+                       : static_cast<int32_t>(chain_modulo(x, static_cast<uint32_t>(int32_t{modulus})));
+    special_free(x);
+}
+
+/* The list with its numbers changed, null for 0; *list is consumed. */
+static polynode *changed(polynode **list) {
+    growing_list result;
+    while (polynode *t = *list) {
+        *list = std::exchange(t->next, nullptr);
+        if (t->is_number) {
+            change_num(t->num, true);
+            if (t->num->lint_val)
+                result.append(t);
+            else
+                free_poly(&t);
+            continue;
+        }
+        polynode *coefficient = changed(&t->poly);
+        if (coefficient && (t->expo != 0 || !is_constant(coefficient))) {
+            t->poly = coefficient;
+            result.append(t);
+            continue;
+        }
+        if (coefficient) result.append(coefficient);
+        t->poly = nullptr;
+        free_poly(&t);
+    }
+    return result.release();
+}
+
+void poly_change_num(polynode **p) {
+    check_stack();
+    polynode *list = std::exchange(*p, nullptr);
+    *p = list_or_zero(changed(&list));
+}
+
+/* ---- and back ---- */
+
+void change_from_mod(number *x, int32_t modulo, bool symmetric) {
+    int64_t v = x->lint_val;
+    if (symmetric && v > modulo / 2) v -= modulo;
+    x->num_len = 0;
+    set_int64(v, x);
+}
+
+static void lift(polynode *p, int32_t modulo, bool symmetric) {
+    for (; p; p = p->next) {
+        if (p->is_number)
+            change_from_mod(p->num, modulo, symmetric);
+        else
+            lift(p->poly, modulo, symmetric);
+    }
+}
+
+void poly_change_from_mod(polynode *p, int32_t modulo, bool symmetric) {
+    check_stack();
+    lift(p, modulo, symmetric);
+}
+
+} // namespace tolvek

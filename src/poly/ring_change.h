@@ -1,0 +1,22 @@
+/* Numbers and polynomials that follow a permanent change of the ground ring. The ring in force is the new one. They pass no
+   safe point. */
+#pragma once
+
+#include "poly/model.h"
+
+namespace tolvek {
+
+/* x, a chain, becomes its residue; the chain goes back. In a table field only the last digit counts, reduced as a
+   magnitude, and with `verbose` values that do not fit are told, 20 times at most; negative ones too where the flag says
+   so. */
+void change_num(number *x, bool warn_negative);
+
+/* The same for every number of a polynomial. What becomes 0 leaves it: *p is canonical again. On an unwinding it is null. */
+void poly_change_num(polynode **p);
+
+/* A residue becomes the integer that it stands for, of one digit or two, in the chain form, which is in force; `modulo`
+   is the ring that is left. With `symmetric` those above its half are negative. */
+void change_from_mod(number *x, int32_t modulo, bool symmetric);
+void poly_change_from_mod(polynode *p, int32_t modulo, bool symmetric);
+
+} // namespace tolvek

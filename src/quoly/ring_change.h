@@ -1,0 +1,15 @@
+/* Values that follow a permanent change of the ground ring. The ring in force is the new one. */
+#pragma once
+
+#include "top/tolvek.h"
+
+namespace tolvek {
+
+/* *q, of the chain form, in the modular ring. A value whose denominator vanishes is 0, with a warning. Errors 85 and 210
+   as told in normal.h; *q is a value that can be freed then. */
+void quoly_change_num(quolynode **q);
+
+/* q, of the ring modulo `modulo`, in the chain form. Passes no safe point. */
+void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric);
+
+} // namespace tolvek

@@ -1,0 +1,188 @@
+#include "top/change_ring.h"
+#include "language/expressions.h"
+#include "numbers/number_decimal.h"
+#include "poly/attach.h"
+#include "poly/ring_change.h"
+#include "quoly/quoly.h"
+#include "quoly/ring_change.h"
+#include "top/driver.h"
+#include "top/guards.h"
+#include "top/interrupts.h"
+#include "top/settings.h"
+#include "top/switches_table.h"
+
+#include <utility>
+
+namespace tolvek {
+
+/* ---- the stored values ---- */
+
+/* Copies of all stored values, which are converted aside and then take their places. */
+class converted_values {
+  public:
+    converted_values() = default;
+    ~converted_values() {
+        for (copy &c : list) free_quoly(&c.value);
+    }
+    converted_values(const converted_values &) = delete;
+    converted_values &operator=(const converted_values &) = delete;
+
+    /* Passes safe points. */
+    void collect() { visit_stored_values(add, this); }
+    template <class Conversion> void convert(Conversion conversion) {
+        for (copy &c : list) conversion(&c.value);
+    }
+    /* The old values go: in the ring that they belong to, which is in force. */
+    void put_in_place() {
+        for (copy &c : list) std::swap(*c.slot, c.value);
+        for (copy &c : list) free_quoly(&c.value);
+    }
+
+  private:
+    struct copy {
+        quolynode **slot;
+        quolynode *value;
+    };
+    static void add(quolynode **slot, void *context) {
+        quoly_handle value;
+        quoly_assign(*slot, value.slot());
+        static_cast<converted_values *>(context)->list.push({slot, value.get()});
+        value.release();
+    }
+    buffer<copy> list;
+};
+
+/* An interrupt waits until all values belong to one ring. */
+struct interrupts_wait {
+    interrupts_wait() { accept_interrupts(false); }
+    ~interrupts_wait() { accept_interrupts(true); }
+    interrupts_wait(const interrupts_wait &) = delete;
+    interrupts_wait &operator=(const interrupts_wait &) = delete;
+};
+
+static void forget_last_values() {
+    free_quoly(&prevnum);
+    free_quoly(&sysnum);
+}
+
+/* `conversion` runs in the ring `next`; then the values take their places, and the user's ring is `next`. */
+template <class Conversion> static void change_values(const ring_state &next, bool convert, Conversion conversion) {
+    forget_last_values();
+    converted_values values;
+    if (convert) values.collect();
+    interrupts_wait wait;
+    {
+        ring_guard found;
+        set_ring(next);
+        values.convert(conversion);
+    }
+    values.put_in_place();
+    set_ring(next);
+    user_ring = next;
+}
+
+/* ---- settings that belong to a ring ---- */
+
+constexpr int cutoff_of_products = 40, rational_division = 6, modular_division = 25;
+constexpr int rational_size = 4, modular_size = 16;
+
+static void set_cutoffs(int division) {
+    reset_cutoffs(cutoff_of_products);
+    poly_cutoff = cutoff_of_products;
+    div_poly_cutoff = division;
+    setvalue(1, &rand_denom_n);
+}
+
+/* A table field has no signs; the user's choice comes back with the ring that has. */
+static int alt_form_before = -1;
+
+static void enter_field_display() {
+    alt_form_before = alt_form_display;
+    alt_form_display = 0;
+}
+
+static void leave_field_display() {
+    if (alt_form_before >= 0) alt_form_display = alt_form_before;
+    alt_form_before = -1;
+}
+
+/* ---- the two ways ---- */
+
+void change_to_rational(bool show, bool convert_values) {
+    if (show) say(" Changing to rational arithmetic.\n");
+    if (changed_in_modmode) {
+        error(353, token);
+        return;
+    }
+    const int32_t modulo = modulus;
+    const bool symmetric = alt_form_display && !finf;
+    ring_state rational{};
+    rational.modulus = -1;
+    change_values(rational, convert_values, [=](quolynode **q) { quoly_change_from_mod(*q, modulo, symmetric); });
+    was_in_rat = 1;
+    leave_field_display();
+    set_cutoffs(rational_division);
+    calc_disp(rational_size);
+}
+
+static ring_state modular_ring(int n) {
+    ring_state r{};
+    r.lintmode = r.modularmode = 1;
+    r.modulus = n;
+    r.f256 = n == 256;
+    r.f2t16 = n == 65536;
+    r.finf = r.f256 || r.f2t16;
+    return r;
+}
+
+static void tell_modular_ring() {
+    const char *field = f256    ? "; working over the prime field of 2^8 = 256 elements.\n"
+                        : f2t16 ? "; working over the prime field of 2^16 = 65536 elements.\n"
+                                : ".\n";
+    sayf(" Now in modular mode. Modulus is %i,%s%s", finf ? 2 : int{modulus},
+         mod_is_prime() ? " a prime" : " not a prime", field);
+}
+
+void change_to_modular(int n, bool show, bool convert_values) {
+    if (show) say(" Changing to modular arithmetic.\n");
+    warn_cnt = 0;
+    change_values(modular_ring(n), convert_values, quoly_change_num);
+    was_in_rat = 0;
+    set_cutoffs(modular_division);
+    calc_disp(modular_size);
+    if (show) tell_modular_ring();
+    if (finf) enter_field_display();
+}
+
+/* ---- the modulus ---- */
+
+static bool is_legal(int n) { return n >= 2 && n <= greatest_modulus; }
+
+static bool as_modulus(const quoly_handle &answer, int *n) {
+    if (integer_value(answer.get(), *n)) return true;
+    error(148, token);
+    return false;
+}
+
+static bool ask_for_modulus(int *n) {
+    for (;;) {
+        quoly_handle answer;
+        if (!ask(" Enter modulus:\n", answer_ring::in_force, answer) || !as_modulus(answer, n)) return false;
+        if (is_legal(*n)) return true;
+        sayf(" *** Improper modulus %i. upper limit is 2147483646. Reenter.\n", *n);
+    }
+}
+
+bool read_modulus(stream *input, name **cursor, int *n) {
+    if (tt_flag) return ask_for_modulus(n);
+    quoly_handle value;
+    old_expre(input, value.slot(), cursor);
+    if (!as_modulus(value, n)) return false;
+    if (!is_legal(*n)) {
+        error(84, token);
+        *n = 2;
+    }
+    return true;
+}
+
+} // namespace tolvek
