@@ -120,6 +120,11 @@ void release_pending_arrays();
 /* Deletes everything, for tests. */
 void forget_arrays();
 
+/* Calls `visit` for the slot of every value that an array holds, the system array among them; what waits to be freed is
+   left out. The visitor may give a slot another value; those that became 0 leave sparse arrays by the second routine. */
+void visit_array_values(void (*visit)(quolynode **slot, void *context), void *context);
+void purge_array_values();
+
 /* ---- report ---- */
 
 /* "Array x[3,4];" and " Sparse;": as it was declared, with a newline. */

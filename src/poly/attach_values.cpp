@@ -1,5 +1,6 @@
 /* The stored values follow a change of variables. */
 #include "language/names.h"
+#include "matrix/arrays.h"
 #include "poly/attach.h"
 #include "poly/evaluate.h"
 #include "poly/model_work.h"
@@ -13,6 +14,7 @@ namespace tolvek {
 
 void visit_stored_values(void (*visit)(quolynode **slot, void *context), void *context) {
     visit_variables(visit, context);
+    visit_array_values(visit, context);
     if (sysnum) visit(&sysnum, context);
 }
 
@@ -191,6 +193,7 @@ void cancel_variable(int level) {
         images.evaluate(level);
     } while (!images.is_up_to_date());
     images.put_in_place();
+    purge_array_values();
     forget_last_value();
     forget_bindings();
     if (field_depth > level) field_depth--;

@@ -1,5 +1,6 @@
 #include "top/change_ring.h"
 #include "language/expressions.h"
+#include "matrix/arrays.h"
 #include "numbers/number_decimal.h"
 #include "poly/attach.h"
 #include "poly/ring_change.h"
@@ -68,6 +69,7 @@ static void forget_last_values() {
 /* `conversion` runs in the ring `next`; then the values take their places, and the user's ring is `next`. */
 template <class Conversion> static void change_values(const ring_state &next, bool convert, Conversion conversion) {
     forget_last_values();
+    release_pending_arrays();
     converted_values values;
     if (convert) values.collect();
     interrupts_wait wait;
@@ -79,6 +81,7 @@ template <class Conversion> static void change_values(const ring_state &next, bo
     values.put_in_place();
     set_ring(next);
     user_ring = next;
+    purge_array_values();
 }
 
 /* ---- settings that belong to a ring ---- */

@@ -1,0 +1,50 @@
+/* All values of arrays, for changes that every stored value follows. */
+#include "matrix/sparse.h"
+
+namespace tolvek {
+
+using value_visitor = void (*)(quolynode **slot, void *context);
+
+static void visit_rows(array_record *a, value_visitor visit, void *context) {
+    row_walk row(a->sparse_head);
+    for (int32_t r = 0; r < a->rows; r++, row.next())
+        for (colm *c = *row; c; c = c->next) visit(&c->value, context);
+}
+
+/* An array parameter shares the rows of its array. */
+template <class Action> static void for_sparse_arrays(Action action) {
+    for (array_record *chain : arr_store)
+        for (array_record *a = chain; a; a = a->next)
+            if (a->sparse_head && !a->is_parameter()) action(a);
+    if (syst.sparse_head) action(&syst);
+}
+
+void visit_array_values(value_visitor visit, void *context) {
+    for (int32_t i = 0; i <= endarr; i++)
+        if (quolynode *&cell = table_cell(i)) visit(&cell, context);
+    if (!syst.sparse_head)
+        for (int32_t i = 0; i <= syst.last; i++)
+            if (syst_cells[i]) visit(&syst_cells[i], context);
+    for_sparse_arrays([=](array_record *a) { visit_rows(a, visit, context); });
+}
+
+/* Unlinks the entries of a row whose value is 0. */
+static void purge_row(colm **link) {
+    while (colm *c = *link) {
+        if (quoly_is_zero(c->value)) {
+            *link = c->next;
+            drop_entry(c);
+        } else {
+            link = &c->next;
+        }
+    }
+}
+
+void purge_array_values() {
+    for_sparse_arrays([](array_record *a) {
+        row_walk row(a->sparse_head);
+        for (int32_t r = 0; r < a->rows; r++, row.next()) purge_row(&*row);
+    });
+}
+
+} // namespace tolvek
