@@ -183,11 +183,17 @@ TEST_F(mult_interrupt_test, stored_operands_are_whole_to_the_bit_at_200_random_s
             EXPECT_TRUE(stored_are_whole());
             if (++passed == stop_at) throw stopped{};
         });
-        EXPECT_THROW(poly_mult(x, y, p.slot(), nullptr), stopped);
+        /* Work between safe points is counted over products, so that a second run may pass one less. */
+        bool ended = false;
+        try {
+            poly_mult(x, y, p.slot(), nullptr);
+            ended = true;
+        } catch (const stopped &) {
+        }
         watch_safe_points(nullptr);
         ASSERT_TRUE(stored_are_whole()) << "product " << i;
-        EXPECT_FALSE(p);
-        left++;
+        EXPECT_EQ(ended, static_cast<bool>(p));
+        if (!ended) left++;
     }
     EXPECT_EQ(left, 200);
 }
