@@ -46,6 +46,15 @@ void builtin_square_root(builtin_call &call); /* Sqrt x */
 
 void builtin_egcd(builtin_call &call);
 
+/* ---- divisions of polynomials (builtins_poly_division.cpp) ----
+
+   Errors 22 for b = 0, 280 for a fraction. */
+
+void builtin_divides(builtin_call &call); /* Divides(a, b): 1 if b divides a, else 0 */
+void builtin_pdivide(builtin_call &call); /* Pdivide(a, b): the quotient if b divides a, else 0 */
+void builtin_sdivide(builtin_call &call); /* SDivide(a, b, ^q): as Divides, and q := the quotient if there is one */
+void builtin_remquot(builtin_call &call); /* Remquot(a, b, ^q): a | b, and q := a \ b */
+
 /* ---- values (builtins_value.cpp) ---- */
 
 void builtin_denominator(builtin_call &call);

@@ -7,7 +7,6 @@
    remainder. So neither operand is copied or rewritten, and no rest is walked again and again. */
 #include "poly/add.h"
 #include "poly/coefficient_sum.h"
-#include "poly/divide_flat.h"
 #include "poly/divide_work.h"
 #include "top/interrupts.h"
 #include "top/stack_limit.h"
@@ -180,10 +179,6 @@ bool divides_exactly(const polynode *a, const polynode *b, polynode **q, pt *nam
     if (a == b) return constant_quotient(1, q);
     if (!rule.power_units && (is_constant(a) || a->expo < b->expo)) return false;
     if (!rule.power_units && lean_operands(a, b) && arrays_pay(a, b)) return divides_in_arrays(a, b, q);
-    if (rule.flat && !rule.rough && !rule.power_units && !any_relation(names)) {
-        const flat_division answer = divide_flat(a, b, q);
-        if (answer != flat_division::not_taken) return answer == flat_division::exact;
-    }
     return divide_by_steps(a, b, q, nullptr, names, rule);
 }
 

@@ -72,7 +72,6 @@ inline void scale_poly(polynode **p, const number *c) { scalar_by_poly(c, *p, p)
 struct division_rule {
     bool rough = false;       /* coefficients are divided as far as that goes, a remainder is dropped */
     bool power_units = false; /* exponents of the quotient may be negative */
-    bool flat = true;         /* large operands may be poured into flat arrays */
 };
 
 /* a = q * b + r by steps from the top. Without r the remainder must be 0 (or is dropped, if rough); without q no quotient

@@ -1,0 +1,110 @@
+/* Built-in functions that divide polynomials and tell whether that leaves nothing. */
+#include "language/builtin_routines.h"
+#include "language/names.h"
+#include "poly/divide.h"
+#include "top/ring.h"
+
+namespace tolvek {
+
+namespace {
+
+/* The value as a polynomial: its own numerator, or a number in `own`. Null for a fraction. */
+const polynode *polynomial_of(const quolynode *q, poly_handle &own) {
+    if (!q->is_num) return q->den ? nullptr : q->num;
+    quoly_to_poly(q, own.slot());
+    return own.get();
+}
+
+/* *q := a / b where b divides a. */
+bool divides(const polynode *a, const polynode *b, poly_handle &q) {
+    int failed = 1;
+    if (is_constant(b)) {
+        int ok = 0;
+        trial_poly_quot(a, b, q.slot(), &ok);
+        return ok;
+    }
+    if (!laurent) return trial_poly_divide(a, b, q.slot(), polynames, 1);
+    Lpoly_divide(a, b, q.slot(), polynames, &failed);
+    return !failed;
+}
+
+/* An error about the name that returns leaves no slot to store in. */
+void store_quotient(quolynode **place, quoly_handle &quotient) {
+    if (place != &quol_num_0) store_value(place, quotient.release());
+}
+
+/* The operands of a division, read up to what stands behind the second one. */
+struct operands {
+    argument a, b;
+
+    void read(builtin_call &call) {
+        check_for_paren(call);
+        call.read_on();
+        a.read(call);
+        require_comma(call);
+        b.read(call);
+    }
+    /* Errors 22, 280. */
+    bool trial_divide(quoly_handle &quotient) const {
+        poly_handle own_a, own_b, q;
+        const polynode *x = polynomial_of(a.get(), own_a), *y = polynomial_of(b.get(), own_b);
+        if (!x || !y) {
+            error(280, token);
+            return false;
+        }
+        if (poly_iszero(y)) {
+            error(22, token);
+            return false;
+        }
+        if (!divides(x, y, q)) return false;
+        poly_to_value(q, quotient.slot());
+        return true;
+    }
+};
+
+} // namespace
+
+void builtin_divides(builtin_call &call) {
+    operands of;
+    of.read(call);
+    close_paren(call);
+    quoly_handle quotient;
+    call.give(of.trial_divide(quotient));
+}
+
+void builtin_pdivide(builtin_call &call) {
+    operands of;
+    of.read(call);
+    close_paren(call);
+    quoly_handle quotient;
+    if (of.trial_divide(quotient))
+        quotient.release_to(call.result);
+    else
+        call.give(0);
+}
+
+void builtin_sdivide(builtin_call &call) {
+    operands of;
+    of.read(call);
+    require_comma(call);
+    quolynode **place = get_quoly_ptr(call);
+    close_paren(call);
+    quoly_handle quotient;
+    const bool exact = of.trial_divide(quotient);
+    if (exact) store_quotient(place, quotient);
+    call.give(exact);
+}
+
+void builtin_remquot(builtin_call &call) {
+    operands of;
+    of.read(call);
+    require_comma(call);
+    quolynode **place = get_quoly_ptr(call);
+    close_paren(call);
+    quoly_handle quotient;
+    quoly_mod_or_div(of.a.get(), of.b.get(), quotient.slot(), '\\');
+    quoly_mod_or_div(of.a.get(), of.b.get(), call.result, '|');
+    store_quotient(place, quotient);
+}
+
+} // namespace tolvek
