@@ -1,6 +1,7 @@
 /* The last steps of polygcd: trial divisions, and the methods that compute. */
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
+#include "gcd/interpolated_gcd.h"
 #include "poly/measures.h"
 
 namespace tolvek {
@@ -30,8 +31,13 @@ verdict trial(gcd_work *w) {
     return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 0, 0));
 }
 
-/* Opens with the method of images modulo primes. */
-verdict modular_method(gcd_work *) { return verdict::next; }
+/* Nodes of both operands from which images pay: below, Algorithm C is through before two primes are. */
+constexpr int modular_nodes = 40, interpolation_nodes = 80;
+
+verdict modular_method(gcd_work *w) {
+    if (!over_integers() || field_depth != 0 || w->total < modular_nodes) return verdict::next;
+    return basic_mod_method(w->u->p, w->v->p, w->answer.slot(), w->names) ? verdict::finish : verdict::next;
+}
 
 verdict modular_trial(gcd_work *w) {
     if (!modularmode) return verdict::next;
@@ -40,8 +46,10 @@ verdict modular_trial(gcd_work *w) {
     return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 1, 0));
 }
 
-/* Opens with the method of interpolation in several variables. */
-verdict interpolate(gcd_work *) { return verdict::next; }
+verdict interpolate(gcd_work *w) {
+    if (!in_prime_field() || field_depth != 0 || !chinhensel || w->total < interpolation_nodes) return verdict::next;
+    return interpolated_gcd(w->u->p, w->v->p, w->answer.slot(), w->names) ? verdict::finish : verdict::next;
+}
 
 verdict last_resort(gcd_work *w) {
     algorithm_c(w->u->p, w->v->p, w->answer.slot(), w->names);

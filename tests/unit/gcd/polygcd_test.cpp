@@ -258,6 +258,7 @@ static int integer_content_gcd_is_1(const polynode *a, const polynode *b) {
 TEST_F(polygcd_test, of_planted_factors_over_the_integers) {
     for (int i = 0; i < times(300); i++) {
         const int variables = 1 + i % 6, kind = rnd.below(6);
+        const kept_value<int> images(chinhensel, rnd.below(2));
         planted p;
         plant(rnd, variables, kind, p);
         check_planted(rnd, p, "variables " + std::to_string(variables) + ", kind " + std::to_string(kind));
@@ -270,6 +271,7 @@ TEST_F(polygcd_test, of_planted_factors_modulo_primes) {
         test_ring ring(modulus_name);
         for (int i = 0; i < times(120); i++) {
             const int variables = 1 + i % 6, kind = rnd.below(6);
+            const kept_value<int> images(chinhensel, rnd.below(2));
             planted p;
             plant(rnd, variables, kind, p);
             check_planted(rnd, p, std::string("modulo ") + modulus_name + ", variables " + std::to_string(variables));
@@ -339,6 +341,28 @@ TEST_F(polygcd_test, of_products_of_sparse_polynomials) {
         check_planted(rnd, p, "sparse");
         if (HasFatalFailure() || HasNonfatalFailure()) return;
     }
+}
+
+TEST_F(polygcd_test, of_large_products_by_images) {
+    const kept_value<int> allowed(chinhensel, 1);
+    for (const char *ring_name : {"chain", "65521", "101"}) {
+        test_ring ring(ring_name);
+        for (int i = 0; i < times(12); i++) {
+            const int variables = 1 + i % 4;
+            planted p;
+            const int terms = variables == 1 ? 5 : 8;
+            poly_handle a(sparse_poly(rnd, variables, terms, 9 / variables + 1, 99)),
+                b(sparse_poly(rnd, variables, terms, 9 / variables + 1, 99)),
+                f(sparse_poly(rnd, variables, terms, 9 / variables + 1, 99));
+            poly_mult(a.get(), f.get(), p.u.slot(), nullptr);
+            poly_mult(b.get(), f.get(), p.v.slot(), nullptr);
+            f.release_to(p.planted_factor.slot());
+            check_planted(rnd, p, std::string("images, ") + ring_name);
+            if (HasFatalFailure() || HasNonfatalFailure()) return;
+        }
+    }
+    EXPECT_GT(gcd_answers(44), 0);
+    EXPECT_GT(gcd_answers(47), 0);
 }
 
 /* ---- ownership ---- */
