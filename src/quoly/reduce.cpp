@@ -3,6 +3,7 @@
 
 #include "display/progress.h"
 #include "gcd/gcd.h"
+#include "poly/divide.h"
 #include "quoly/plain_divisor.h"
 #include "top/text_io.h"
 
@@ -40,7 +41,11 @@ struct reduction {
 /* ---- exact division ---- */
 
 static bool divides(const polynode *a, const polynode *g, poly_handle &q) {
-    return (flotemode ? rough_quotient : exact_quotient)(a, g, q.slot());
+    if (flotemode) return rough_quotient(a, g, q.slot());
+    if (!is_constant(g)) return trial_poly_divide(a, g, q.slot(), polynames, 0);
+    int failed = 0;
+    gen_poly_divide(a, g, q.slot(), polynames, &failed);
+    return !failed;
 }
 
 /* 0, or the number of the operand that the divisor does not divide. */

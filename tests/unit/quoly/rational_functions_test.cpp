@@ -5,6 +5,7 @@
 #include "poly/canonical.h"
 #include "quoly/compare.h"
 #include "quoly/normal.h"
+#include "quoly/plain_divisor.h"
 #include "quoly/reduce.h"
 #include "support/fresh_system.h"
 #include "support/rand_poly.h"
@@ -373,6 +374,28 @@ TEST_F(rational_functions_test, a_product_in_a_shorter_list_of_variables) {
     EXPECT_EQ(polynames, whole);
     EXPECT_EQ(pseudo_polynames, nullptr);
     EXPECT_EQ(text_of(r.get()), "(x^2 + 2*x + 1)/(y^2)");
+}
+
+/* ---- the plain methods ---- */
+
+TEST_F(rational_functions_test, the_plain_methods_agree_with_the_ones_in_use) {
+    for (const char *name : fields) {
+        test_ring ring(name);
+        for (int i = 0; i < times(100); i++) {
+            poly_handle a(rand_product(rnd)), b(rand_product(rnd)), g, h, q, product;
+            if (is_constant(a.get()) || is_constant(b.get())) continue;
+            plain_gcd(a.get(), b.get(), g.slot());
+            honest_gcd(a.get(), b.get(), h.slot());
+            EXPECT_TRUE(poly_equal(g.get(), h.get())) << text_of(g.get()) << " and " << text_of(h.get());
+            ASSERT_TRUE(exact_quotient(a.get(), g.get(), q.slot()));
+            EXPECT_TRUE(flat_sum(flat_product(flat(q.get()), flat(g.get())), flat(a.get()), true).empty());
+            EXPECT_EQ(poly_rule_broken(q.get(), polynames), 0);
+            /* a b + 1 is not divisible by a, unless a is a unit */
+            poly_handle one(poly_of("1"));
+            *product.slot() = nested(flat_sum(flat_product(flat(a.get()), flat(b.get())), flat(one.get())));
+            EXPECT_FALSE(exact_quotient(product.get(), a.get(), q.slot()));
+        }
+    }
 }
 
 /* ---- sums that telescope ---- */
