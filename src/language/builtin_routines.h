@@ -34,7 +34,6 @@ void builtin_sparse(builtin_call &call); /* Sparse[x]: an ordinary array turns s
 void builtin_binomial(builtin_call &call);    /* Bin(n, k) */
 void builtin_cast(builtin_call &call);        /* Cast(e), Pint(e): the value of a number as a machine integer */
 void builtin_isprime(builtin_call &call);     /* 1 for a prime, 0 below 2, else the least factor */
-void builtin_lcm(builtin_call &call);      /* LCM(a, b, ...) of integers */
 void builtin_number(builtin_call &call);      /* Number(^x): 1 for a plain number */
 void builtin_prime(builtin_call &call);       /* Prime(n): the nth prime, n from 1 to 1229 */
 void builtin_random(builtin_call &call);      /* Rand */
@@ -92,5 +91,11 @@ void builtin_terms(builtin_call &call);               /* Terms(p) */
 void builtin_trailing_number(builtin_call &call);     /* Ntcoef(p): the number of the last term */
 void builtin_variable(builtin_call &call);            /* Var n */
 void builtin_vars(builtin_call &call);                /* Vars(p): how many variables occur */
+
+/* ---- common divisors (builtins_poly_gcd.cpp) ---- */
+
+void builtin_content(builtin_call &call); /* Content(p), Content(p, v), Content(p, n): by a variable or its place */
+void builtin_gcd(builtin_call &call);     /* GCD(a, b), GCD(a) */
+void builtin_lcm(builtin_call &call);     /* LCM(a, b, ...) */
 
 } // namespace tolvek

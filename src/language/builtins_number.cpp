@@ -2,7 +2,6 @@
 #include "language/builtin_routines.h"
 #include "numbers/binomials.h"
 #include "numbers/handles.h"
-#include "numbers/int_gcd.h"
 #include "numbers/int_power.h"
 #include "numbers/primes.h"
 #include "numbers/random.h"
@@ -44,7 +43,7 @@ static const quolynode *number_argument(builtin_call &call, argument &value) {
     return nullptr;
 }
 
-/* ---- binomials and common multiples ---- */
+/* ---- binomials ---- */
 
 static void binomial(int64_t n, int64_t k, quolynode **result) {
     if (k < 0 || k > n || n > INT32_MAX) {
@@ -73,34 +72,6 @@ void builtin_binomial(builtin_call &call) {
         binomial(upper, lower, call.result);
     }
     if (modularmode) quoly_set((*call.result)->numb->lint_val % modulus, call.result);
-}
-
-/* l := the least common multiple of l and x; outside the exact ring, where every common divisor is 1, the product. */
-static void take_multiple(quolynode **l, const quolynode *x) {
-    if (!lintmode && !quoly_is_zero(*l) && !quoly_is_zero(x)) {
-        quoly_handle divisor;
-        quoly_set(1, divisor.slot());
-        binary_gcd((*l)->numb, x->numb, divisor->numb);
-        quoly_mod_or_div(*l, divisor.get(), l, '\\');
-    }
-    fast_quoly_mult(l, x);
-    quoly_abs(l);
-}
-
-void builtin_lcm(builtin_call &call) {
-    if (lintmode) say(" Warning.  LCM called in longint/modular mode.\n");
-    call.give(1);
-    check_for_paren(call);
-    do {
-        argument value;
-        call.read_on();
-        value.read(call);
-        if (value.is_number())
-            take_multiple(call.result, value.get());
-        else
-            error(227, token);
-    } while (token_is(token, ","));
-    close_paren(call);
 }
 
 void builtin_prime(builtin_call &call) {
