@@ -56,6 +56,12 @@ static int32_t exponent_argument(const quolynode *q) {
     return static_cast<int32_t>(e);
 }
 
+/* A number of times, an exponent or a place is an integer, in the modular ring too. */
+static void read_integer(builtin_call &call, argument &n) {
+    modular_pause pause;
+    n.read(call);
+}
+
 /* "(" p, m ")" with m a single term; false, and error 282, when it is none. */
 struct polynomial_and_product {
     argument p, m;
@@ -106,12 +112,12 @@ void builtin_coefficient(builtin_call &call) {
     argument p, second, third;
     p.read(call);
     require_comma(call);
-    second.read(call);
+    read_integer(call, second);
     int level = 1;
     const argument *exponent = &second;
     if (token_is(token, ",")) {
         call.read_on();
-        third.read(call);
+        read_integer(call, third);
         exponent = &third;
         level = variable_argument(second.get());
     }
@@ -189,7 +195,7 @@ void builtin_replace_coefficient(builtin_call &call) {
     require_comma(call);
     v.read(call);
     require_comma(call);
-    n.read(call);
+    read_integer(call, n);
     require_comma(call);
     c.read(call);
     close_paren(call);
@@ -247,7 +253,7 @@ static void shift_value(builtin_call &call, int sign) {
     argument p, n;
     p.read(call);
     require_comma(call);
-    n.read(call);
+    read_integer(call, n);
     close_paren(call);
     quoly_handle result;
     shifted_value(p.get(), sign * int64_t{exponent_argument(n.get())}, result);
@@ -266,7 +272,7 @@ void builtin_splice(builtin_call &call) {
     require_comma(call);
     b.read(call);
     require_comma(call);
-    n.read(call);
+    read_integer(call, n);
     close_paren(call);
     if (!a.get()->is_num && a.get()->den) {
         error(196, token);
@@ -307,7 +313,7 @@ void builtin_split(builtin_call &call) {
     changed_argument p(call);
     argument n;
     require_comma(call);
-    n.read(call);
+    read_integer(call, n);
     require_comma(call);
     if (!token_is(token, "^")) {
         error(366, token);
@@ -430,8 +436,11 @@ void builtin_monomial_less(builtin_call &call) {
 
 /* Var n: the n-th polynomial variable. */
 void builtin_variable(builtin_call &call) {
-    call.read_on();
-    old_fact(call.input, call.result, call.cursor);
+    {
+        modular_pause pause;
+        call.read_on();
+        old_fact(call.input, call.result, call.cursor);
+    }
     const int64_t n = integer_argument(*call.result, 227);
     if (n < 1 || n > number_polys)
         error(278, token);
@@ -453,7 +462,7 @@ void builtin_derivative(builtin_call &call) {
     int64_t times = 1;
     if (token_is(token, ",")) {
         call.read_on();
-        n.read(call);
+        read_integer(call, n);
         times = integer_argument(n.get(), 227);
         if (times < 0) error(283, token);
     }

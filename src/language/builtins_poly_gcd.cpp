@@ -122,6 +122,7 @@ void builtin_content(builtin_call &call) {
     p.read(call);
     const bool selected = token_is(token, ",");
     if (selected) {
+        modular_pause pause; /* the place of a variable is an integer */
         call.read_on();
         variable.read(call);
     }
