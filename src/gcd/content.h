@@ -30,8 +30,8 @@ polynode *content_2(polynode *p, pt *names);
 
 /* The built-in Content: *r := the content of q with respect to the variable of level `level`, or, for 0, its first one.
    For a number its magnitude, 1 for 0, modulo n and for floats. Where q has no variable from the level on up, the content
-   is q itself, in the form of an answer. Errors: 196 a denominator, 312 a Laurent polynomial whose content has no use,
-   344 a level inside the field, 345 a level out of range; *r stays then. */
+   is q itself, in the form of an answer. Errors: 196 a denominator, 344 a level inside the field, 345 a level out of
+   range; *r stays then. */
 void content_of_quoly(const quolynode *q, quolynode **r, int level);
 /* The same with the level as a value: a number, or a polynomial variable; error 282 for anything else; null for none. */
 void call_content(const quolynode *q, quolynode **r, const quolynode *selector);

@@ -24,10 +24,9 @@ namespace tolvek {
 void polygcd(polynode *u, polynode *v, polynode **g, int just_degree, int run_tests, int use_general, pt *names,
              int keep_u, int keep_v, int top);
 
-/* The entries of the arithmetic of quolys, with all tests. While laurent is on, the powers of variables that make
-   exponents negative are left out of account: *g has none. They never stay in the operands: 2 and 3 differ from the first
-   one only in that *u and *v (in 3 *u alone) are left without such powers by 2, and that 3 takes the GCD of u with
-   itself, which is u in the form of an answer. */
+/* The entries of the arithmetic of quolys, with all tests; 3 takes the GCD of u with itself, which is u in the form of an
+   answer. Nested entries leave the counters of the GCD around them alone. Exponents are not negative: the treatment of
+   Laurent polynomials, for which clear_v is, opens with these. */
 void Lpolygcd(polynode **u, polynode **v, polynode **g, int clear_v, pt *names);
 void Lpolygcd2(polynode **u, polynode **v, polynode **g, pt *names);
 void Lpolygcd3(polynode **u, polynode **g, pt *names);

@@ -1,7 +1,8 @@
-/* GCDs in one variable: Euclid's algorithm on arrays of residues and of floats. */
+/* GCDs in one variable: residues by flat arrays, floats by Euclid's algorithm with a sense for rounding. */
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
-#include "numbers/modular.h"
+#include "poly/euclid.h"
+#include "poly/flat_uni.h"
 #include "top/heap.h"
 #include "top/interrupts.h"
 
@@ -10,71 +11,71 @@
 
 namespace tolvek {
 
+/* ---- residues ---- */
+
+/* *r := u mod v. What is left is a polynomial of lower degree, 0 included. */
+static void remainder_of(const polynode *u, const polynode *v, poly_handle &r) {
+    safe_point();
+    poly_div_no_q(u, v, r.slot());
+}
+
+/* Divisions of lists until the degrees fit arrays. A sparse operand of high degree is reduced by powers of x. */
+static polynode *gcd_of_residues(const polynode *u, const polynode *v, pt *names) {
+    if (u->expo < v->expo) std::swap(u, v);
+    poly_handle larger, smaller;
+    while (u->expo > most_flat_degree && !is_constant(v)) {
+        poly_handle r;
+        remainder_of(u, v, r);
+        smaller.release_to(larger.slot());
+        r.release_to(smaller.slot());
+        u = v;
+        v = smaller.get();
+    }
+    poly_handle g;
+    if (poly_iszero(v))
+        poly_assign(u, g.slot());
+    else if (is_constant(v))
+        poly_set(1, g.slot());
+    else
+        fastest_poly_gcd(u, v, g.slot(), 1, names);
+    return g.release();
+}
+
+/* ---- floats ---- */
+
 /* Dense coefficients by exponent. The degree of 0 is -1. */
-template <class T> struct dense {
-    buffer<T> at;
+struct dense {
+    buffer<long double> at;
     int64_t degree = -1;
 
     void settle() {
-        while (degree >= 0 && at[static_cast<std::size_t>(degree)] == T{0}) degree--;
+        while (degree >= 0 && at[static_cast<std::size_t>(degree)] == 0) degree--;
     }
-    T &operator[](int64_t i) { return at[static_cast<std::size_t>(i)]; }
-    T lead() { return at[static_cast<std::size_t>(degree)]; }
+    long double &operator[](int64_t i) { return at[static_cast<std::size_t>(i)]; }
+    long double lead() { return at[static_cast<std::size_t>(degree)]; }
 };
 
-template <class T> static T value_of(const number *x) {
-    if constexpr (std::is_same_v<T, int32_t>)
-        return x->lint_val;
-    else
-        return x->flote_val;
-}
-
-template <class T> static void pour(const polynode *p, dense<T> &a) {
+static void pour(const polynode *p, dense &a) {
     a.degree = p->expo;
     a.at.resize(static_cast<std::size_t>(a.degree) + 1);
-    std::fill(a.at.begin(), a.at.end(), T{0});
-    for (; p; p = p->next) a[p->expo] = value_of<T>(p->is_number ? p->num : p->poly->num);
+    std::fill(a.at.begin(), a.at.end(), 0.0L);
+    for (; p; p = p->next) a[p->expo] = (p->is_number ? p : p->poly)->num->flote_val;
     a.settle();
 }
 
-template <class T> static polynode *poured_back(dense<T> &a) {
+static polynode *poured_back(dense &a) {
     growing_list list;
     for (int64_t i = a.degree; i >= 0; i--) {
-        if (a[i] == T{0}) continue;
-        poly_handle term(new_number_term());
-        if constexpr (std::is_same_v<T, int32_t>)
-            term->num->lint_val = a[i];
-        else
-            term->num->flote_val = a[i];
-        if (i > 0) {
-            polynode *power = new_term();
-            power->expo = static_cast<int32_t>(i);
-            power->poly = term.release();
-            *term.slot() = power;
-        }
+        if (a[i] == 0) continue;
+        poly_handle number_term(new_number_term()), term;
+        number_term->num->flote_val = a[i];
+        make_monomial(term.slot(), static_cast<int32_t>(i), number_term.release());
         list.append(term.release());
     }
     return list_or_zero(list.release());
 }
 
-/* ---- residues ---- */
-
-/* a := a mod b. The inner loop multiplies by a known factor. */
-static void reduce_residues(dense<int32_t> &a, dense<int32_t> &b) {
-    const int32_t m = modulus, inverse = mod_inverse(b.lead());
-    while (a.degree >= b.degree) {
-        safe_point();
-        const int32_t f = modmult(a.lead(), inverse);
-        const int64_t shift = a.degree - b.degree;
-        for (int64_t i = b.degree; i >= 0; i--)
-            if (b[i]) a[i + shift] = mod_sub(a[i + shift], modmult(f, b[i]), m);
-        a.settle();
-    }
-}
-
-/* ---- floats ---- */
-
-static void scale(dense<long double> &a) {
+static void scale(dense &a) {
     long double largest = 0;
     for (int64_t i = 0; i <= a.degree; i++) largest = std::max(largest, std::fabs(a[i]));
     if (!(largest > 0) || !std::isfinite(largest)) return;
@@ -84,7 +85,7 @@ static void scale(dense<long double> &a) {
 
 /* a := a mod b, without the noise: coefficients that rounding leaves where exact numbers would give 0. Each pass lowers
    the degree by dropping the head, whatever its value; both have largest coefficient 1 at the start. */
-static void reduce_floats(dense<long double> &a, dense<long double> &b) {
+static void reduce_floats(dense &a, dense &b) {
     scale(a);
     while (a.degree >= b.degree) {
         safe_point();
@@ -99,26 +100,23 @@ static void reduce_floats(dense<long double> &a, dense<long double> &b) {
     scale(a);
 }
 
-/* ---- Euclid ---- */
-
-template <class T>
-static polynode *euclid(const polynode *u, const polynode *v, void (*reduce)(dense<T> &, dense<T> &)) {
-    dense<T> a, b;
+static polynode *gcd_of_floats(const polynode *u, const polynode *v) {
+    dense a, b;
     pour(u, a);
     pour(v, b);
     if (a.degree < b.degree) std::swap(a, b);
-    if constexpr (std::is_same_v<T, long double>) scale(b);
+    scale(b);
     while (b.degree > 0) {
-        reduce(a, b);
+        reduce_floats(a, b);
         std::swap(a, b);
     }
-    if (b.degree == 0) {
-        polynode *one = nullptr;
-        poly_set(1, &one);
-        return one;
-    }
-    return poured_back(a);
+    if (b.degree < 0) return poured_back(a);
+    polynode *one = nullptr;
+    poly_set(1, &one);
+    return one;
 }
+
+/* ---- both ---- */
 
 /* Is an operand a number, which has no GCD here? *g := 1 then. */
 static bool number_among(const polynode *u, const polynode *v, const char *text, polynode **g) {
@@ -135,9 +133,9 @@ static void univariate_gcd(const polynode *u, const polynode *v, polynode **g, i
     else if (is_single_term(v))
         monomial2(v, u, answer.slot());
     else if (flotemode)
-        *answer.slot() = euclid<long double>(u, v, reduce_floats);
+        *answer.slot() = gcd_of_floats(u, v);
     else
-        *answer.slot() = euclid<int32_t>(u, v, reduce_residues);
+        *answer.slot() = gcd_of_residues(u, v, names);
     if (make_monic && !is_constant(answer.get())) {
         poly_handle leading;
         monic_poly(answer.slot(), leading.slot(), names);

@@ -413,6 +413,13 @@ TEST_F(polygcd_test, an_unwinding_leaves_operands_as_they_were) {
     EXPECT_TRUE(poly_equal(g.get(), f.get())) << text_of(g.get());
 }
 
+TEST_F(polygcd_test, of_sparse_polynomials_of_high_degree_in_one_variable) {
+    test_ring ring("7");
+    EXPECT_GCD("x^2000000000 - 1", "x^2 - 1", "x^2 - 1");
+    EXPECT_GCD("x^2000000000 + x", "x^2 + 5*x", "x");
+    EXPECT_GCD("x^22008 - 1", "x^22000 - 1", "x^8 - 1");
+}
+
 /* ---- floats in one variable ---- */
 
 static flat_poly float_poly(std::initializer_list<long double> coefficients) {
