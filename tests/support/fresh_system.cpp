@@ -4,7 +4,9 @@
 #include "language/functions.h"
 #include "language/names.h"
 #include "language/scanner.h"
+#include "matrix/arrays.h"
 #include "numbers/stash.h"
+#include "poly/variables.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
 #include "top/interrupts.h"
@@ -105,6 +107,8 @@ void reset_session() {
     release_pending();
     forget_functions();
     forget_variables();
+    forget_arrays();
+    forget_poly_variables(); /* once no value holds them */
     inpuf = nullptr;
     input_file_name[0] = 0;
     initial_memory = virtual_cut = totalavailablememory = 0;
