@@ -1,0 +1,35 @@
+/* Expressions of arrays, read and evaluated in one pass. A value is a scalar or a matrix (matrix_value.h); a factor that
+   names an array borrows its elements, and what must change them copies them first.
+
+   Precedence as in scalar expressions (language/expressions.h); the products take `_`, which concatenates, as well.
+
+   Arguments: `input` and `cursor` say where tokens come from; `result` is replaced. Entered with the first token of the
+   form in `token`; on return `token` is the first token behind it. Errors unwind (arrays.h), leave every array as it was
+   and give back what is in flight. */
+#pragma once
+
+#include "matrix/matrix_value.h"
+
+namespace tolvek {
+
+void arr_expre(stream *input, name **cursor, matrix_value &result);
+void arr_term(stream *input, name **cursor, matrix_value &result);
+void arr_fact(stream *input, name **cursor, matrix_value &result);
+
+/* Continues an expression whose first factor is in the result; ^ or # in `token` still applies to it. */
+void half_arr_expre(stream *input, name **cursor, matrix_value &result);
+
+/* An expression as a statement: a matrix goes to the system array, and *result is 0;
+   a scalar is the result. */
+void array_expression(stream *input, quolynode **result, name **cursor);
+
+/* The shape that forms without one of their own take from where they stand: that of the operand on the left, or, for
+   random matrices alone, of the array that is assigned to. rows 0: none is known. */
+struct known_shape {
+    int64_t rows = 0, cols = 0;
+    bool of_target = false; /* not known to a diagonal [n] */
+};
+extern known_shape shape_at_hand;
+extern int want_sparse; /* the right side of an assignment to a sparse array is being read */
+
+} // namespace tolvek
