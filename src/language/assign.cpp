@@ -4,6 +4,7 @@
 #include "matrix/elements.h"
 #include "matrix/sparse.h"
 #include "numbers/handles.h"
+#include "top/guards.h"
 
 namespace tolvek {
 
@@ -23,6 +24,7 @@ static void give_value(const place &at, quolynode **result, name **cursor) {
 
 /* The right side is complete before the target changes. */
 static void assign_value(stream *input, place &at, quolynode **result, name **cursor) {
+    kept_value<int> held(cells_held, cells_held + at.cell);
     scanner(input, token, cursor);
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
@@ -68,6 +70,7 @@ static void add_step(quolynode **slot, const quolynode *step, bool minus) {
 
 static void increase(stream *input, place &at, quolynode **result, name **cursor) {
     bool minus = token_is(token, "-");
+    kept_value<int> held(cells_held, cells_held + at.cell);
     scanner(input, token, cursor);
     quoly_handle step;
     read_step(input, step.slot(), cursor);

@@ -196,4 +196,30 @@ void obtain_sum(stream *input, name **cursor, name_list &list) {
     list.close();
 }
 
+/* ---- parts of array literals ---- */
+
+void obtain_part(stream *input, name **cursor, const char *ends, name_list &list) {
+    statement_source from{input, cursor};
+    for (int depth = 0; depth > 0 || !std::strchr(ends, first_char(token));) {
+        if (token_is(token, ";") || is_end_of_list(token)) break;
+        if (token_is(token, "(") || token_is(token, "[")) depth++;
+        if (token_is(token, ")") || token_is(token, "]")) depth--;
+        if (token_is(token, "'"))
+            attach_literal(from, list);
+        else
+            add_and_read_on(from, list);
+    }
+    list.close();
+}
+
+void obtain_loop_head(stream *input, name **cursor, name_list &list) {
+    statement_source from{input, cursor};
+    while (!token_is(token, ">") && !token_is(token, ";") && !is_end_of_list(token)) {
+        if (token_is(token, "to")) set_token(token, to_mark);
+        if (token_is(token, "by")) set_token(token, by_mark);
+        add_and_read_on(from, list);
+    }
+    list.close();
+}
+
 } // namespace tolvek

@@ -20,6 +20,7 @@ struct place {
     quolynode **slot = nullptr;    /* null: an element that a sparse array does not have */
     array_record *array = nullptr; /* that array, and the index of the missing element */
     int64_t index = 0;
+    bool cell = false; /* the slot is one of an ordinary array */
 };
 
 /* Operands that expressions hold while they evaluate others. As long as there are any, nothing may change that would

@@ -5,6 +5,7 @@
 #include "language/functions.h"
 #include "language/run.h"
 #include "matrix/elements.h"
+#include "matrix/slots.h"
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
 #include "quoly/calculus.h"
@@ -126,11 +127,7 @@ static void character_constant(factor &f) {
     f.read_on();
 }
 
-static void dynamic_array_element(factor &f) {
-    f.read_on();
-    error(220, token); /* no slot is in use */
-    f.give_zero();
-}
+static void dynamic_array_element(factor &f) { slot_element(f.input, f.cursor, f.result); }
 
 /* _sqrt(x) and its like; outside the float ring the token is left standing. */
 static void flote_function_value(factor &f) {

@@ -81,14 +81,14 @@ static void read_equals(stream *input, name **cursor) {
     scanner(input, token, cursor);
 }
 
-void set_up_for_loop(stream *input, name **cursor, loop_range &range) {
+void set_up_for_loop(stream *input, name **cursor, loop_range &range, int over_array) {
     range.variable = token;
     int level;
     if (!is_lower_letter(first_char(token))) error(51, token);
     if (is_poly_name(token.text, &level)) error(125, token);
     scanner(input, token, cursor);
     read_equals(input, cursor);
-    if (token_is(token, "[")) error(335, token); /* no sparse array exists */
+    if (token_is(token, "[")) error(over_array, token);
     modular_pause pause;
     range.lower = obtain_int(input, cursor, 50);
     if (!is_to(token)) error(49, token);

@@ -31,8 +31,8 @@ struct loop_range {
 };
 
 /* Reads the head of a `for` or of a sum, with its variable as the token, and sets the variable to the lower bound. Errors
-   49, 50, 51, 52, 53, 77, 335. */
-void set_up_for_loop(stream *input, name **cursor, loop_range &range);
+   49, 50, 51, 52, 53, 77, and over_array for a loop over an array. */
+void set_up_for_loop(stream *input, name **cursor, loop_range &range, int over_array = 335);
 /* Writes the lower bound into the variable once more, in the ring in force. */
 void start_loop(const loop_range &range);
 /* The next value into the variable; it is created anew where it has gone. Error 47. False: the loop has ended. */

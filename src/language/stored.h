@@ -122,6 +122,12 @@ void read_control_statement(stream *input, name **cursor, form_list &into);
 /* Reads the tokens of a sum: <head>[body], with "<" as the token, as one closed list. Errors 81, 144, 145, 274. */
 void obtain_sum(stream *input, name **cursor, name_list &list);
 
+/* Stores the tokens in front of one of the characters `ends` that stands outside brackets, as one closed list; the end of
+   the statement ends it too. */
+void obtain_part(stream *input, name **cursor, const char *ends, name_list &list);
+/* Stores the head of a loop up to its ">", as one closed list. */
+void obtain_loop_head(stream *input, name **cursor, name_list &list);
+
 /* The words "to" and "by" of a loop head, as they are stored: no variable has such a name. */
 constexpr char to_mark[] = " to", by_mark[] = " by";
 

@@ -9,7 +9,6 @@
 namespace tolvek {
 
 known_shape shape_at_hand;
-int want_sparse = 0;
 
 /* The shape of a left operand, for the forms on its right that need one. A scalar leaves what was known. */
 static known_shape shape_beside(const matrix_value &left) {

@@ -2,6 +2,7 @@
 #include "language/expressions.h"
 #include "matrix/array_arithmetic.h"
 #include "matrix/array_expressions.h"
+#include "matrix/array_literals.h"
 #include "top/interrupts.h"
 #include "top/stack_limit.h"
 
@@ -19,19 +20,6 @@ struct array_factor {
         arr_fact(input, cursor, result);
     }
 };
-
-static void named_array(array_factor &f) {
-    array_record *a = array_seek(token);
-    f.read_on();
-    fetch_array(a, f.result);
-}
-
-static void bracket(array_factor &f) {
-    f.read_on();
-    if (!is_lower_letter(first_char(token))) array_error(40, token);
-    named_array(f);
-    require("]", 24, f.input, f.cursor);
-}
 
 static void negation(array_factor &f) {
     f.read_operand();
@@ -51,8 +39,8 @@ void arr_fact(stream *input, name **cursor, matrix_value &result) {
     safe_point();
     result.clear();
     array_factor f{input, cursor, result};
-    if (token_is(token, "["))
-        bracket(f);
+    if (token_is(token, "[") || token_is(token, "'"))
+        read_array_literal(input, cursor, result);
     else if (token_is(token, "-"))
         negation(f);
     else if (token_is(token, "("))

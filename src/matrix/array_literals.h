@@ -1,6 +1,8 @@
 /* Operands of array expressions that stand in brackets or quotes: named arrays and their parts, slots, literals.
 
-   What is read from a named array is borrowed (matrix_value.h), the rest belongs to the expression. */
+   What is read from a named array is borrowed (matrix_value.h), the rest belongs to the expression. Forms that have no
+   shape of their own take the one at hand, and some read differently while a sparse array is assigned to
+   (array_expressions.h). */
 #pragma once
 
 #include "matrix/array_names.h"
@@ -25,27 +27,7 @@ void read_array_literal(stream *input, name **cursor, matrix_value &result);
    Errors: 244 of a sparse array, and those of `subarray`. */
 void read_subarray(stream *input, name **cursor, array_record *a, matrix_value &result);
 
-/* Shapes that operands without one of their own take over; rows 0: none. */
-struct matrix_shape {
-    int32_t rows = 0;
-    int64_t cols = 0;
-};
-extern matrix_shape left_shape;   /* of the operand on the left, while the one on the right is read */
-extern matrix_shape target_shape; /* of the array that is assigned to */
-extern bool want_sparse;          /* the array that is assigned to is sparse */
-
-/* While the operand on the right of a matrix is read. */
-class right_operand {
-  public:
-    explicit right_operand(const matrix_value &left) : found(left_shape) {
-        if (left.size) left_shape = {left.rows, left.size / left.rows};
-    }
-    ~right_operand() { left_shape = found; }
-    right_operand(const right_operand &) = delete;
-    right_operand &operator=(const right_operand &) = delete;
-
-  private:
-    matrix_shape found;
-};
+/* The elements of a region, borrowed; those of the system array as a copy. Errors 28, 244. */
+void fetch_region(const array_region &region, matrix_value &result);
 
 } // namespace tolvek

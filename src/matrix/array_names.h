@@ -22,13 +22,13 @@ struct array_region {
 };
 
 /* Reads a name with its subscript, with "[" as the token, and leaves the token behind "]". Errors: 24, 42 no lower-case
-   name, 55 a subscript on an array that does not exist, 83 one on [<], 125 a polynomial variable, 175 the system array is
+   name, no_such_array for a subscript on an array that does not exist, 83 one on [<], 125 a polynomial variable, 175 the system array is
    empty, 176 it stands where it is not allowed, 220 an empty slot. */
-void left_side(stream *input, name **cursor, array_region &region, bool syst_allowed);
+void left_side(stream *input, name **cursor, array_region &region, bool syst_allowed, int no_such_array = 55);
 
 /* Reads the subscript of the region's array, with "[" as the token, and leaves the token behind its "]": rows, a comma,
    columns; each a coordinate, two with "~" between, or nothing, which stands for all. A single coordinate without a comma is
-   a row. Errors: 56 and 57 rows out of range and reversed, 58 and 59 columns, 61, 118, 244 a sparse array. */
+   a row. Errors: 56 and 57 rows out of range and reversed, 58 and 59 columns, 61, 118. */
 void subarray(stream *input, name **cursor, array_region &region);
 
 void whole_array(array_record *a, array_region &region); /* region := all of a */

@@ -17,6 +17,9 @@ void arr_parse(stream *input, quolynode **result, name **cursor);
    shape keeps the target's. Errors 60, 92, 93, 176, 242, 244, 249, 297, 316, 317. */
 void arr_asstat(stream *input, quolynode **result, name **cursor);
 
+/* An expression whose first factor is the array of a slot, with the token behind it. */
+void expression_of_array(stream *input, quolynode **result, name **cursor, array_record *a);
+
 /* ?[x], ?[x[2~3,]], ?[x]'..., ?[x] := [x]'...: reads elements from the terminal, with "[" as the token. Errors 28, 107, 242,
    334. */
 void whole_arrinsert(stream *input, name **cursor);

@@ -152,4 +152,13 @@ void warn_uninitialized(const char *name) {
         say("Warning. Uninitialized array element has been set to 0.\n");
 }
 
+void warn_uninitialized_in(const token_record &array_name) {
+    if (token_is(array_name, "%")) {
+        warn_uninitialized("%");
+        return;
+    }
+    char text[token_bytes + 2] = "[";
+    warn_uninitialized(std::strcat(std::strcat(text, array_name.text), "]"));
+}
+
 } // namespace tolvek

@@ -108,6 +108,7 @@ void fill_sparse(array_record *a);
 /* ---- what waits ---- */
 
 extern int borrowed_matrices; /* matrices in flight that point to values of arrays */
+extern int cells_held;        /* slots of ordinary elements that frames hold while they evaluate something else */
 /* May anything outside hold the value of an array, or an entry of a row? */
 bool values_are_held();
 bool entries_are_held();
@@ -132,5 +133,6 @@ void arrdescribe(text_out *out, const array_record *a);
 
 /* Warns that an element has no value, 20 times in a statement. `form` has a place for the name, or none. */
 void warn_uninitialized(const char *name);
+void warn_uninitialized_in(const token_record &array_name); /* "[x]"; "%" for a slot */
 
 } // namespace tolvek

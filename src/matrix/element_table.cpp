@@ -3,6 +3,7 @@
    Gaps that deleted arrays leave in the table are closed in one pass: cells move down, and each array's first and last
    cell by the sizes of the gaps below it. */
 #include "language/execution.h"
+#include "language/expressions.h"
 #include "matrix/array_work.h"
 #include "matrix/slots.h"
 #include "matrix/sparse.h"
@@ -16,6 +17,7 @@ quolynode **arp[cell_blocks];
 int32_t endarr = -1;
 int32_t numblocks = -1;
 int borrowed_matrices = 0;
+int cells_held = 0;
 
 array_record syst{{"<", hash_unknown}, 0, -1, 0, 0, nullptr, false, nullptr, nullptr, 0};
 quolynode **syst_cells = nullptr;
@@ -177,12 +179,24 @@ static void remove_hidden_arrays() {
         }
 }
 
+/* Nobody holds a slot of the table, or a value that waits. */
+static bool cells_may_move() { return !values_are_held() && values_held == 0 && cells_held == 0; }
+
+bool is_shared(const array_record *a) { return a->is_parameter() || has_parameter(a); }
+
+void drop_cells(array_record *a) {
+    for (int32_t i = a->first; i <= a->last; i++) store_element(&table_cell(i), nullptr);
+    leave_gap(a->first, a->last);
+    a->first = 0;
+    a->last = -1;
+}
+
 bool make_room(int32_t count) {
-    if (!fits(count)) {
+    if (!fits(count) && cells_may_move()) {
         free_waiting_ordinary();
         close_gaps();
     }
-    if (!fits(count)) {
+    if (!fits(count) && cells_may_move()) {
         remove_hidden_arrays();
         free_waiting_ordinary();
         close_gaps();

@@ -10,7 +10,7 @@ namespace tolvek {
 
 /* ---- coordinates ---- */
 
-static int64_t coordinate_value(const quolynode *q) {
+int64_t coordinate_value(const quolynode *q) {
     constexpr long double greatest = 9.0e18L;
     constexpr int most_digits = 2; /* 56 bits */
     if (!q->is_num) array_error(118, token);
@@ -26,13 +26,17 @@ static int64_t coordinate_value(const quolynode *q) {
     return value;
 }
 
-static int64_t read_coordinate(stream *input, name **cursor, bool no_negative) {
-    scanner(input, token, cursor);
+int64_t coordinate(stream *input, name **cursor, bool no_negative) {
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
     int64_t c = coordinate_value(value.get());
     if (no_negative && c < 0) array_error(314, token);
     return c;
+}
+
+static int64_t read_coordinate(stream *input, name **cursor, bool no_negative) {
+    scanner(input, token, cursor);
+    return coordinate(input, cursor, no_negative);
 }
 
 coordinates evalcoords(stream *input, name **cursor, const char *end, const char *separator, bool no_negative) {
@@ -70,6 +74,7 @@ quolynode **array_quoly_ptr(array_record *a, int64_t index) {
 /* An element of an ordinary array; one without a value becomes 0. */
 static void ordinary_element(array_record *a, int64_t index, place &at) {
     at.slot = array_quoly_ptr(a, index);
+    at.cell = true;
     if (!*at.slot) quoly_set(0, at.slot);
 }
 

@@ -17,6 +17,11 @@ struct coordinates {
    is forbidden. */
 coordinates evalcoords(stream *input, name **cursor, const char *end, const char *separator, bool no_negative);
 
+/* The value of a coordinate. Errors 27 too large, 118 no number. */
+int64_t coordinate_value(const quolynode *q);
+/* One coordinate, with its first token as the token, in the ring in force. Errors 27, 118, 314. */
+int64_t coordinate(stream *input, name **cursor, bool no_negative);
+
 /* The index of an element from 0, column by column. Error 27. */
 int64_t element_index(const array_record *a, const coordinates &c);
 /* The slot of an element; null: a sparse array has no entry there. */

@@ -91,6 +91,12 @@ void matrix_value::make_sparse(sparse_frame *head, int32_t its_rows, int64_t its
     owned = true;
 }
 
+sparse_frame *matrix_value::release_sparse() {
+    sparse_frame *head = sparse;
+    forget();
+    return head;
+}
+
 void matrix_value::borrow_sparse(array_record *a) {
     clear();
     sparse = a->sparse_head;
@@ -155,13 +161,6 @@ void matrix_value::to_dense() {
 
 /* ---- arrays and the system array ---- */
 
-/* "[x]", "[<]" or "%", for the warning. */
-static void warn_of(const array_record *a) {
-    char name[token_bytes + 2] = "[";
-    std::strcat(std::strcat(name, a->tok.text), "]");
-    warn_uninitialized(name);
-}
-
 void fetch_array(array_record *a, matrix_value &m) {
     if (a->sparse_head) {
         m.borrow_sparse(a);
@@ -173,7 +172,7 @@ void fetch_array(array_record *a, matrix_value &m) {
         quolynode *&cell = element(a, i);
         if (!cell) {
             quoly_set(0, &cell);
-            warn_of(a);
+            warn_uninitialized_in(a->tok);
         }
         m.cell(i) = cell;
     }

@@ -78,6 +78,7 @@ class matrix_value {
     void make_dense(int64_t its_rows, int64_t its_cols);
     /* Becomes an owned sparse matrix that takes the rows over. */
     void make_sparse(sparse_frame *head, int32_t its_rows, int64_t its_cols);
+    sparse_frame *release_sparse(); /* the rows of an owned sparse matrix, which leave it */
     void borrow_sparse(array_record *a);
     /* Becomes a dense matrix of borrowed cells; the caller fills them. */
     void make_borrowed(int64_t its_rows, int64_t its_cols);

@@ -1,5 +1,6 @@
 #include "top/loop.h"
 
+#include "display/show_array.h"
 #include "display/show_quoly.h"
 #include "language/names.h"
 #include "language/scanner.h"
@@ -46,6 +47,7 @@ static void mind_end_of_input() {
 
 static void show_value(quolynode *value) {
     bool silent = token_is(token, ":");
+    if (syst_dump && noisy && !silent && !token_is(token, "@")) show_system_array(Output);
     if (extra_line) say("\n");
     if (silent) return;
     if (noisy) flush(&standard_output);

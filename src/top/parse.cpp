@@ -4,6 +4,8 @@
 #include "language/expressions.h"
 #include "language/names.h"
 #include "language/rubout.h"
+#include "matrix/array_statements.h"
+#include "matrix/slots.h"
 #include "top/driver.h"
 #include "top/guards.h"
 #include "top/interrupts.h"
@@ -34,17 +36,6 @@ static void deletion(stream *input, quolynode **result, name **cursor) {
     quoly_set(0, result);
 }
 
-/* Statements of the array layer: no array exists. */
-static void array_statement(stream *input, quolynode **, name **cursor) {
-    if (token_is(token, "[")) scanner(input, token, cursor);
-    error(28, token);
-}
-
-static void dynamic_array_statement(stream *input, quolynode **, name **cursor) {
-    scanner(input, token, cursor);
-    error(220, token); /* no slot is in use */
-}
-
 static void output_statement(stream *, quolynode **, name **) { error(2, token); }
 
 /* Names that begin with A or M: the value is always the result's own. ":" ends them at the end of a line alone. */
@@ -71,13 +62,13 @@ bool begins_array_statement(const token_record &t) {
 using statement_runner = void (*)(stream *, quolynode **, name **);
 
 static statement_runner runner_of(const token_record &t) {
-    if (begins_array_statement(t)) return array_statement;
+    if (begins_array_statement(t)) return arr_parse;
     switch (first_char(t)) {
     case ';': return empty_statement;
     case '?': return ask_for_value;
     case '@': return deletion;
     case '!': return output_statement;
-    case '%': return dynamic_array_statement;
+    case '%': return arr_arr_state;
     case '&': return and_statement;
     case 'A':
     case 'M': return old_expression;
@@ -123,11 +114,16 @@ static void read_answer(token_record &variable_name, quolynode **result) {
 
 void ask_for_value(stream *input, quolynode **result, name **cursor) {
     token_record asked;
-    scanner(input, asked, cursor);
-    scanner(input, token, cursor);
     quoly_set(0, result);
-    if (token_is(asked, "[") || token_is(token, "[")) {
-        error(28, asked);
+    scanner(input, asked, cursor);
+    if (token_is(asked, "[")) {
+        token = asked;
+        whole_arrinsert(input, cursor);
+        return;
+    }
+    scanner(input, token, cursor);
+    if (token_is(token, "[")) {
+        ask_for_element(input, cursor, asked);
         return;
     }
     if (!is_lower_letter(first_char(asked))) {
