@@ -53,9 +53,18 @@ void monomial2(const polynode *m, const polynode *p, polynode **g);
 void init_gcd_stash(); /* opens a stretch of caching; they nest */
 void pop_gcd_stash();  /* closes it; entries over the integers go with the last one */
 enum class stash_drop { if_stale, everything };
+/* if_stale: what is good for a later statement stays, that is entries modulo the modulus in force. */
 void free_gcd_stash(stash_drop what = stash_drop::if_stale);
-/* Behind an unwinding: no GCD is at work, and lookupgcd is what the user has set. */
-void settle_gcd_stash();
+
+/* A stretch of caching in a frame. */
+class gcd_caching {
+  public:
+    gcd_caching() { init_gcd_stash(); }
+    ~gcd_caching() { pop_gcd_stash(); }
+    gcd_caching(const gcd_caching &) = delete;
+    gcd_caching &operator=(const gcd_caching &) = delete;
+};
+
 extern int64_t gcdmass;         /* of the entries, by simple_poly_mass */
 extern int polygcd_stack_depth; /* GCDs at work whose answers are to be kept */
 

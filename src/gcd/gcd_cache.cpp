@@ -7,6 +7,7 @@
 #include "top/heap.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tolvek {
 
@@ -23,7 +24,6 @@ struct gcd_entry {
 
 static gcd_entry *stash[buckets];
 static ring_state stash_ring; /* what the entries are in, if there are any */
-static int nesting = 0;       /* stretches of caching that are open */
 int64_t gcdmass = 0;
 int polygcd_stack_depth = 0;
 
@@ -36,21 +36,44 @@ struct form_of_entries : ring_guard {
     form_of_entries() { lintmode = stash_ring.lintmode; }
 };
 
-static void drop_list(gcd_entry **list) {
+static void drop_stashed(gcd_entry *e) {
     form_of_entries form;
+    gcdmass -= e->mass;
+    free_poly(&e->low);
+    free_poly(&e->high);
+    free_poly(&e->answer);
+    heap_release(e);
+}
+
+static void drop_list(gcd_entry **list) {
     while (gcd_entry *e = *list) {
         *list = e->next;
-        gcdmass -= e->mass;
-        free_poly(&e->low);
-        free_poly(&e->high);
-        free_poly(&e->answer);
-        heap_release(e);
+        drop_stashed(e);
     }
+}
+
+/* An entry out of its bucket. */
+class entry_handle {
+  public:
+    explicit entry_handle(gcd_entry *e) : held(e) {}
+    ~entry_handle() {
+        if (held) drop_stashed(held);
+    }
+    entry_handle(const entry_handle &) = delete;
+    entry_handle &operator=(const entry_handle &) = delete;
+    gcd_entry *release() { return std::exchange(held, nullptr); }
+
+  private:
+    gcd_entry *held;
+};
+
+static void push_entry(gcd_entry *e, int bucket) {
+    e->next = stash[bucket];
+    stash[bucket] = e;
 }
 
 static void drop_all() {
     for (gcd_entry *&list : stash) drop_list(&list);
-    gcdmass = 0;
 }
 
 /* The newest entry of each bucket stays; then whole buckets go until a third of the memory is free. */
@@ -80,80 +103,79 @@ static uint32_t shape_hash(const polynode *p, uint32_t h) {
     return h;
 }
 
-static int bucket_of(const gcd_work *w) {
-    return static_cast<int>((shape_hash(w->u->p, 1) + shape_hash(w->v->p, 1)) % buckets);
+static int bucket_of(const polynode *u, const polynode *v) {
+    return static_cast<int>((shape_hash(u, 1) + shape_hash(v, 1)) % buckets);
 }
 
-static bool is_entry_of(const gcd_entry *e, const gcd_work *w) {
-    if (e->level != w->level) return false;
-    const polynode *u = w->u->p, *v = w->v->p;
+static bool is_entry_of(const gcd_entry *e, const polynode *u, const polynode *v, int level) {
+    if (e->level != level) return false;
     return (essentially_equal(e->high, u) && essentially_equal(e->low, v)) ||
            (essentially_equal(e->high, v) && essentially_equal(e->low, u));
 }
 
-/* ---- in polygcd ---- */
+/* ---- in a GCD ---- */
 
-verdict look_in_stash(gcd_work *w) {
-    if (lookupgcd <= 0 || flotemode || w->just_degree || w->v->degree() < stash_degree) return verdict::next;
-    if (w->total <= gcd_stash_cutoff || gcdmass >= half_of_memory()) return verdict::next;
+bool stash_attempt::find(const polynode *u, const polynode *v, int level, polynode **answer) {
+    if (lookupgcd <= 0 || flotemode || gcdmass >= half_of_memory()) return false;
     if (is_stale()) drop_all();
-    for (const gcd_entry *e = stash[bucket_of(w)]; e; e = e->next)
-        if (is_entry_of(e, w)) {
-            poly_assign(e->answer, w->answer.slot());
-            return verdict::finish;
+    for (gcd_entry **place = &stash[bucket_of(u, v)]; *place; place = &(*place)->next)
+        if (is_entry_of(*place, u, v, level)) {
+            gcd_entry *alone = std::exchange(*place, (*place)->next); /* a heap that refuses empties the cache */
+            entry_handle held(alone);
+            poly_assign(alone->answer, answer);
+            push_entry(held.release(), bucket_of(u, v));
+            return true;
         }
-    w->stashed = true;
+    wanted = true;
     polygcd_stack_depth++;
-    return verdict::next;
+    return false;
 }
 
-void store_answer(gcd_work *w) {
-    if (!w->stashed) return;
-    abandon_entry(w);
-    poly_handle low, high, answer;
-    poly_assign(w->v->p, low.slot());
-    poly_assign(w->u->p, high.slot());
-    poly_assign(w->answer.get(), answer.slot());
+void stash_attempt::keep(const polynode *u, const polynode *v, int level, const polynode *answer) {
+    if (!wanted) return;
+    close();
+    poly_handle low, high, copy;
+    poly_assign(v, low.slot());
+    poly_assign(u, high.slot());
+    poly_assign(answer, copy.slot());
     if (is_stale()) drop_all(); /* a nested level may have stored entries of another ring meanwhile */
-    const int64_t mass = simple_poly_mass(low.get()) + simple_poly_mass(high.get()) + simple_poly_mass(answer.get());
-    const int bucket = bucket_of(w);
+    const int64_t mass = simple_poly_mass(low.get()) + simple_poly_mass(high.get()) + simple_poly_mass(copy.get());
     gcd_entry *e = static_cast<gcd_entry *>(heap_request(sizeof(gcd_entry)));
     stash_ring = current_ring();
-    *e = {stash[bucket], w->level, low.release(), high.release(), answer.release(), mass};
-    stash[bucket] = e;
+    *e = {nullptr, level, low.release(), high.release(), copy.release(), mass};
     gcdmass += mass;
+    const int bucket = bucket_of(u, v);
+    push_entry(e, bucket);
     if (gcdmass > half_of_memory() && polygcd_stack_depth == 0) purge_gcd_stash(bucket);
 }
 
-void abandon_entry(gcd_work *w) {
-    if (!w->stashed) return;
-    w->stashed = false;
+void stash_attempt::close() {
+    if (!wanted) return;
+    wanted = false;
     if (--polygcd_stack_depth >= 0) return;
-    tolvek_error("negative polygcd_stack_depth 1", 0);
+    tolvek_error(text_of_imbalance, 0);
     polygcd_stack_depth = 0;
+}
+
+verdict look_in_stash(gcd_work *w) {
+    if (w->just_degree || w->v->degree() < stash_degree || w->total <= gcd_stash_cutoff) return verdict::next;
+    return w->attempt.find(w->u->p, w->v->p, w->level, w->answer.slot()) ? verdict::finish : verdict::next;
 }
 
 /* ---- stretches ---- */
 
 void init_gcd_stash() {
     lookupgcd++;
-    nesting++;
     if (is_stale()) drop_all();
 }
 
 void pop_gcd_stash() {
     lookupgcd--;
-    nesting--;
-    if (lookupgcd == 0) free_gcd_stash();
+    if (lookupgcd <= 0) free_gcd_stash();
 }
 
 void free_gcd_stash(stash_drop what) {
     if (what == stash_drop::everything || !modularmode || is_stale()) drop_all();
-}
-
-void settle_gcd_stash() {
-    lookupgcd -= nesting;
-    nesting = polygcd_stack_depth = 0;
 }
 
 } // namespace tolvek

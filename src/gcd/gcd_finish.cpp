@@ -67,7 +67,7 @@ bool exact_quotient(const polynode *a, const polynode *b, polynode **q, pt *name
 void finish_4(gcd_work *w) {
     poly_handle &g = w->answer;
     positive_sign(g);
-    store_answer(w);
+    w->attempt.keep(w->u->p, w->v->p, w->level, g.get());
     if (w->content && !poly_eq_1(w->content.get())) {
         padded(w->content, 1);
         poly_mult(g.get(), w->content.get(), g.slot(), w->names);

@@ -41,6 +41,15 @@ static polynode *gcd_of_residues(const polynode *u, const polynode *v, pt *names
     return g.release();
 }
 
+/* The same with a look into the cache. */
+static void remembered_gcd_of_residues(const polynode *u, const polynode *v, poly_handle &g, pt *names) {
+    stash_attempt attempt("negative polygcd_stack_depth 2");
+    const bool worth_it = int64_t{u->expo} + v->expo > small_gcd_stash_cut && minn(u->expo, v->expo) >= stash_degree;
+    if (worth_it && attempt.find(u, v, names->pt_level, g.slot())) return;
+    *g.slot() = gcd_of_residues(u, v, names);
+    attempt.keep(u, v, names->pt_level, g.get());
+}
+
 /* ---- floats ---- */
 
 /* Dense coefficients by exponent. The degree of 0 is -1. */
@@ -135,7 +144,7 @@ static void univariate_gcd(const polynode *u, const polynode *v, polynode **g, i
     else if (flotemode)
         *answer.slot() = gcd_of_floats(u, v);
     else
-        *answer.slot() = gcd_of_residues(u, v, names);
+        remembered_gcd_of_residues(u, v, answer, names);
     if (make_monic && !is_constant(answer.get())) {
         poly_handle leading;
         monic_poly(answer.slot(), leading.slot(), names);

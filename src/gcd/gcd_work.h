@@ -48,6 +48,28 @@ inline bool in_prime_field() { return modularmode && mod_is_prime(); }
 inline bool in_composite_ring() { return modularmode && !mod_is_prime(); }
 inline bool over_integers() { return !flotemode && !lintmode; } /* the chain form */
 
+/* ---- the cache ---- */
+
+/* What one GCD has to do with the cache. */
+class stash_attempt {
+  public:
+    /* The text tells which count of GCDs at work is wrong. */
+    explicit stash_attempt(const char *imbalance) : text_of_imbalance(imbalance) {}
+    ~stash_attempt() { close(); }
+    stash_attempt(const stash_attempt &) = delete;
+    stash_attempt &operator=(const stash_attempt &) = delete;
+    /* True: *answer is a copy of what is there for these operands. Otherwise, while the cache is in use, the answer is
+       wanted from now on. */
+    bool find(const polynode *u, const polynode *v, int level, polynode **answer);
+    /* Puts a copy of the answer, good up to a unit, into the cache if it is wanted. */
+    void keep(const polynode *u, const polynode *v, int level, const polynode *answer);
+
+  private:
+    void close();
+    const char *text_of_imbalance;
+    bool wanted = false;
+};
+
 /* ---- the working record ---- */
 
 /* A copy of the top-level nodes of a polynomial with exponents of its own. It borrows the coefficients. */
@@ -86,7 +108,6 @@ struct gcd_operand {
 
 struct gcd_work {
     gcd_work() = default;
-    ~gcd_work();
     gcd_work(const gcd_work &) = delete;
     gcd_work &operator=(const gcd_work &) = delete;
 
@@ -107,7 +128,7 @@ struct gcd_work {
     bool balanced = false; /* 34 */
     int total = 0;         /* nodes of both */
     int test_count = 0;    /* 38 */
-    bool stashed = false;  /* the answer is to go into the cache */
+    stash_attempt attempt{"negative polygcd_stack_depth 1"};
 
     pt *below() const { return names->pt_next; }
     void lower_bound(int32_t degree) {
@@ -183,8 +204,6 @@ verdict last_resort(gcd_work *w);
 
 /* gcd_cache.cpp */
 verdict look_in_stash(gcd_work *w);
-void store_answer(gcd_work *w);  /* the answer goes into the cache if look_in_stash wants it */
-void abandon_entry(gcd_work *w); /* it does not want it any more */
 
 /* gcd_finish.cpp */
 void finish_4(gcd_work *w);

@@ -101,8 +101,6 @@ void polygcd(polynode *u, polynode *v, polynode **g, int just_degree, int run_te
     w.answer.release_to(g);
 }
 
-gcd_work::~gcd_work() { abandon_entry(this); }
-
 /* ---- entries ---- */
 
 /* Nested entries leave the counters of the GCD around them as they were. */

@@ -34,6 +34,15 @@ void argument::read_expression(builtin_call &call) {
     read_own(call);
 }
 
+changed_argument::changed_argument(builtin_call &call) : by_name(token_is(token, "^")) { value.read(call); }
+
+void changed_argument::give(quoly_handle &fresh, builtin_call &call) {
+    if (!by_name)
+        fresh.release_to(call.result);
+    else if (value.slot() != &quol_num_0)
+        store_value(value.slot(), fresh.release());
+}
+
 void check_for_paren(builtin_call &call) {
     call.read_on();
     if (!token_is(token, "(")) error(177, token);

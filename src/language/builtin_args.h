@@ -39,6 +39,18 @@ class argument {
     kept_value<int> held{values_held}; /* an own value is held as long as the argument lives */
 };
 
+/* An argument that a call with ^ changes: then the variable takes the new value, and that of the call is 0. */
+class changed_argument {
+  public:
+    explicit changed_argument(builtin_call &call); /* reads it; `token` is its first token */
+    const quolynode *get() const { return value.get(); }
+    void give(quoly_handle &fresh, builtin_call &call);
+
+  private:
+    bool by_name;
+    argument value;
+};
+
 /* "(" argument ")" and the next token. Errors 1, 177. */
 void standard_read(builtin_call &call, argument &a);
 void check_for_paren(builtin_call &call); /* the next token must be "(" (177) */

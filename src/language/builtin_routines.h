@@ -59,6 +59,7 @@ void builtin_remquot(builtin_call &call); /* Remquot(a, b, ^q): a | b, and q := 
 void builtin_denominator(builtin_call &call);
 void builtin_equal(builtin_call &call);
 void builtin_equal_negative(builtin_call &call);
+void builtin_kill_denominator(builtin_call &call); /* Killden(x) */
 void builtin_numerator(builtin_call &call);
 
 /* ---- polynomials (builtins_poly.cpp) ---- */

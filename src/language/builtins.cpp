@@ -49,7 +49,7 @@ static const builtin_entry entries[] = {
     {"Irred", nullptr, 284},
     {"Isprime", builtin_isprime, 0},
     {"Iszero", nullptr, 28},
-    {"Killden", nullptr, 62},
+    {"Killden", builtin_kill_denominator, 0},
     {"LCM", builtin_lcm, 0},
     {"Lcoef", builtin_leading_coefficient, 0},
     {"Level", builtin_level, 0},

@@ -80,23 +80,6 @@ struct polynomial_and_product {
     }
 };
 
-/* An argument that a call with ^ changes: then the variable takes the new value, and that of the call is 0. */
-class changed_argument {
-  public:
-    explicit changed_argument(builtin_call &call) : by_name(token_is(token, "^")) { value.read(call); }
-    const quolynode *get() const { return value.get(); }
-    void give(quoly_handle &fresh, builtin_call &call) {
-        if (!by_name)
-            fresh.release_to(call.result);
-        else if (value.slot() != &quol_num_0)
-            store_value(value.slot(), fresh.release());
-    }
-
-  private:
-    bool by_name;
-    argument value;
-};
-
 static void give_number(const number *x, quolynode **result) {
     quoly_set(0, result);
     if (x) num_assign(x, (*result)->numb);

@@ -35,6 +35,20 @@ void builtin_denominator(builtin_call &call) {
         give_part(q->den, call.result);
 }
 
+/* Killden(x): the value without its denominator. With ^x the variable itself loses it, and the value is 0. */
+void builtin_kill_denominator(builtin_call &call) {
+    check_for_paren(call);
+    call.read_on();
+    changed_argument x(call);
+    close_paren(call);
+    quoly_handle fresh;
+    if (x.get()->is_num)
+        quoly_assign(x.get(), fresh.slot());
+    else
+        give_part(x.get()->num, fresh.slot());
+    x.give(fresh, call);
+}
+
 /* Reads (^a, ^b) and compares. */
 static void compare(builtin_call &call, int (*holds)(const quolynode *, const quolynode *)) {
     argument a, b;

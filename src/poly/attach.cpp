@@ -1,5 +1,6 @@
 /* The statement that changes the set of variables: its syntax and its checks. */
 #include "poly/attach.h"
+#include "gcd/gcd.h"
 #include "language/expressions.h"
 #include "language/scanner.h"
 #include "top/driver.h"
@@ -123,6 +124,7 @@ void attach_poly(stream *input, name **cursor, int in_place) {
         error(228, c.variable_name);
         return;
     }
+    free_gcd_stash(stash_drop::everything); /* its keys are places of variables */
     if (c.cancels)
         cancel_variable(c.level);
     else

@@ -1,4 +1,5 @@
 #include "top/change_ring.h"
+#include "gcd/gcd.h"
 #include "language/expressions.h"
 #include "matrix/arrays.h"
 #include "numbers/number_decimal.h"
@@ -69,6 +70,7 @@ static void forget_last_values() {
 /* `conversion` runs in the ring `next`; then the values take their places, and the user's ring is `next`. */
 template <class Conversion> static void change_values(const ring_state &next, bool convert, Conversion conversion) {
     forget_last_values();
+    free_gcd_stash(stash_drop::everything);
     release_pending_arrays();
     converted_values values;
     if (convert) values.collect();

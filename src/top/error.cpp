@@ -7,12 +7,14 @@
      4  the report (error_report.cpp)
      5  an unwinding takes the functions' frames down and throws
      6  otherwise a command level is opened on this stack (levels.cpp), and error returns when it is left */
+#include "gcd/gcd.h"
 #include "language/execution.h"
 #include "language/functions.h"
 #include "language/scanner.h"
 #include "top/driver.h"
 #include "top/error_report.h"
 #include "top/levels.h"
+#include "top/settings.h"
 
 namespace tolvek {
 
@@ -36,6 +38,7 @@ static void forget_computation() {
     want_sparse = in_sys_func = 0;
     tripval = 20;
     clear_statement_counters();
+    if (lookupgcd > 0) free_gcd_stash();
     was_modulus = -1;
     end_all_calls();
     levelcount = time_level = 1;

@@ -4,6 +4,7 @@
 
 #include "display/listings.h"
 #include "display/progress.h"
+#include "gcd/gcd.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
 #include "top/driver.h"
@@ -51,11 +52,9 @@ static void report_fast_path() {
     if (integerflag) say("Real float mode on.\n");
 }
 
-/* The table of stashed GCDs is empty: nothing stashes them yet. */
 static void report_gcd_stash() {
-    constexpr long table_mass = 0;
     sayf(" GCD stashing level is %d, so it's %s. table mass: %li\n", lookupgcd, lookupgcd > 0 ? "on" : "off",
-         table_mass);
+         static_cast<long>(gcdmass));
 }
 
 static void report_determinant_method() {

@@ -1,5 +1,6 @@
 /* Commands without a value: ends, levels, reports, figures of memory and time. */
 #include "display/listings.h"
+#include "gcd/gcd.h"
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/float_path.h"
@@ -9,6 +10,7 @@
 #include "top/change_ring.h"
 #include "top/driver.h"
 #include "top/parse.h"
+#include "top/settings.h"
 #include "top/settings_report.h"
 #include "top/switches_table.h"
 
@@ -128,6 +130,29 @@ text_out *handle_andsign(stream *input, name **cursor) {
     return outpuf;
 }
 
+/* ---- the cache of GCDs ---- */
+
+/* &C+ and &C-: caching for the statements that follow. They nest with the stretches of single computations. */
+void stash_gcds(switch_call &call) {
+    scanner(call.input, token, call.cursor);
+    const bool opens = token_is(token, "+");
+    if (!opens && !token_is(token, "-")) {
+        error(285, token);
+        return;
+    }
+    const char *text;
+    if (opens) {
+        init_gcd_stash();
+        text = lookupgcd > 0 ? " stashing on.\n" : " pushed, but stashing still off.\n";
+    } else {
+        pop_gcd_stash();
+        text = lookupgcd > 0 ? " popped, but stashing remains in effect.\n" : " stashing off.\n";
+    }
+    if (!*call.cursor && tt_flag) say(text);
+    quoly_set(lookupgcd, call.result);
+    call.keeps_result = true;
+}
+
 /* ---- the ring ---- */
 
 /* &p: the other ring. The modulus is asked for, or stands behind it. */
@@ -162,10 +187,5 @@ void not_open(switch_call &) { error(layer_is_missing, token); }
 
 void not_open_for_text(switch_call &, const char *) { error(layer_is_missing, token); }
 
-void stash_gcds(switch_call &call) {
-    scanner(call.input, token, call.cursor);
-    bool legal = token_is(token, "+") || token_is(token, "-");
-    error(legal ? layer_is_missing : 285, token);
-}
 
 } // namespace tolvek

@@ -273,8 +273,9 @@ const switch_row switch_rows[] = {
     {.code = 'T', .run = give_time},
     {.code = 'p', .letter = 'p', .kind = number_kind, .run = choose_ring},
 
-    /* ---- commands of layers that are not there ---- */
     {.code = 'C', .run = stash_gcds},
+
+    /* ---- commands of layers that are not there ---- */
     {.code = 'l', .letter = 'l', .kind = flag, .variable = &laurent,
      .on = " Negative exponents enabled.\n",
      .off = " Negative exponents disabled.\n",

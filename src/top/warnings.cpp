@@ -1,4 +1,5 @@
 /* Reports that do not stop a computation, and internal errors. */
+#include "gcd/gcd.h"
 #include "top/driver.h"
 
 #include <cstdlib>
@@ -66,6 +67,12 @@ void tolvekerror(const char *text) {
 }
 
 void mem_error() {
+    if (gcdmass > 0) {
+        say("\n*** Warning.  You are low on heap space.  Will try freeing the gcd stash.\n");
+        flush(&standard_output);
+        free_gcd_stash(stash_drop::everything);
+        return;
+    }
     say("\n*** Warning.  You are out of heap space.  Abort this computation.\n");
     flush(&standard_output);
     error(-1, blank);

@@ -478,46 +478,6 @@ TEST_F(polygcd_test, the_steps_are_reached) {
     for (int step : {1, 9, 11, 48}) EXPECT_GT(gcd_answers(step), 0) << step;
 }
 
-/* ---- the cache ---- */
-
-TEST_F(polygcd_test, large_gcds_are_found_in_the_cache) {
-    const kept_value<int> cutoff(gcd_stash_cutoff, 10), look(lookupgcd);
-    const kept_value<uint64_t> memory(initial_memory, uint64_t{1} << 28);
-    poly_handle a(poly_of("x^2*y + 2*x*y^2 + y^2 - 5")), b(poly_of("x^2 - 3*x*y + y^3 + 7")),
-        f(poly_of("x^2*y^2 + x*y^2 - y + 11")), u, v, g, minus_u;
-    poly_mult(a.get(), f.get(), u.slot(), nullptr);
-    poly_mult(b.get(), f.get(), v.slot(), nullptr);
-    poly_makeneg(u.get(), minus_u.slot());
-    init_gcd_stash();
-    const long found = gcd_answers(42);
-    for (int i = 0; i < 3; i++) {
-        Lpolygcd(i == 2 ? minus_u.slot() : u.slot(), v.slot(), g.slot(), 1, polynames);
-        EXPECT_TRUE(poly_equal(g.get(), f.get())) << text_of(g.get());
-        EXPECT_EQ(gcd_answers(42), found + i);
-        EXPECT_EQ(polygcd_stack_depth, 0);
-    }
-    EXPECT_GT(gcdmass, 0);
-    { /* another ring: the entries go */
-        test_ring ring("101");
-        poly_handle u_101(poly_of("x^2 - y^2")), v_101(poly_of("x - y"));
-        init_gcd_stash();
-        EXPECT_EQ(gcdmass, 0);
-        pop_gcd_stash();
-    }
-    Lpolygcd(u.slot(), v.slot(), g.slot(), 1, polynames);
-    EXPECT_EQ(gcd_answers(42), found + 2);
-    /* one level down the same lists have entries of their own */
-    poly_handle deep_u, deep_v;
-    poly_assign(u.get(), deep_u.slot());
-    poly_assign(v.get(), deep_v.slot());
-    add_pad(deep_u.slot(), 1);
-    add_pad(deep_v.slot(), 1);
-    Lpolygcd(deep_u.slot(), deep_v.slot(), g.slot(), 1, polynames);
-    EXPECT_EQ(gcd_answers(42), found + 2);
-    pop_gcd_stash();
-    EXPECT_EQ(gcdmass, 0);
-}
-
 /* ---- levels ---- */
 
 TEST_F(polygcd_test, a_variable_comes_to_the_front_and_back) {
