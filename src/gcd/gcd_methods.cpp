@@ -2,6 +2,7 @@
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
 #include "gcd/interpolated_gcd.h"
+#include "gcd/sparse_gcd.h"
 #include "poly/measures.h"
 
 namespace tolvek {
@@ -48,6 +49,7 @@ verdict modular_trial(gcd_work *w) {
 
 verdict interpolate(gcd_work *w) {
     if (!in_prime_field() || field_depth != 0 || !chinhensel || w->total < interpolation_nodes) return verdict::next;
+    if (sparse_gcd(w->u->p, w->v->p, w->answer.slot(), w->names)) return verdict::finish;
     return interpolated_gcd(w->u->p, w->v->p, w->answer.slot(), w->names) ? verdict::finish : verdict::next;
 }
 
