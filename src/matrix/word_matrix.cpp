@@ -127,8 +127,7 @@ static uint32_t choose_pivots(const uni_field &f, word_matrix &m, int first, int
 }
 
 /* v := the inverse of the block of pivots, all of whose leading minors are other than 0. */
-static void invert_block(const uni_field &f, const word_matrix &m, int first, int width,
-                         uint32_t (*v)[panel_width]) {
+static void invert_block(const uni_field &f, const word_matrix &m, int first, int width, uint32_t (*v)[panel_width]) {
     for (int i = 0; i < width; i++)
         for (int j = 0; j < width; j++) v[i][j] = m[first + i][first + j];
     for (int k = 0; k < width; k++) {

@@ -80,7 +80,8 @@ TEST_F(word_matrix_test, a_matrix_times_its_inverse_is_1) {
                 for (int j = 0; j < n; j++) {
                     uint32_t sum = 0;
                     for (int k = 0; k < n; k++)
-                        sum = f.sum(sum, f.product(t[static_cast<std::size_t>(i)][static_cast<std::size_t>(k)], m[k][j]));
+                        sum =
+                            f.sum(sum, f.product(t[static_cast<std::size_t>(i)][static_cast<std::size_t>(k)], m[k][j]));
                     ASSERT_EQ(sum, i == j ? 1u : 0u) << p << " " << n;
                 }
         }
