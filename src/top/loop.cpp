@@ -9,6 +9,7 @@
 #include "top/driver.h"
 #include "top/error_report.h"
 #include "top/interrupts.h"
+#include "top/output_file.h"
 #include "top/parse.h"
 #include "top/startup.h"
 
@@ -60,6 +61,7 @@ static void show_value(quolynode *value) {
 static bool one_pass(quolynode **result) {
     mind_end_of_input();
     run_statement(&Input, result);
+    settle_output();
     if (time_to_quit && levelcount > 1) return false;
     show_value(*result);
     syst_dump = 0;
@@ -91,6 +93,7 @@ void nested_loop() {
 
 /* Behind an unwinding, and once behind the start. */
 static void take_up() {
+    settle_output();
     free_quoly(&sysnum);
     zilch = nullptr;
     forget_reported_state(); /* the frames that were unwound have put back what they found */
@@ -148,6 +151,7 @@ void start_system(home_ring home, const char *directory) {
 }
 
 static void farewell() {
+    close_output();
     say("\n bye\n");
     flush(&standard_output);
 }

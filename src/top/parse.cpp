@@ -10,6 +10,7 @@
 #include "top/guards.h"
 #include "top/interrupts.h"
 #include "top/loop.h"
+#include "top/output_statement.h"
 #include "top/stack_limit.h"
 
 namespace tolvek {
@@ -35,8 +36,6 @@ static void deletion(stream *input, quolynode **result, name **cursor) {
     rubout(input, cursor);
     quoly_set(0, result);
 }
-
-static void output_statement(stream *, quolynode **, name **) { error(2, token); }
 
 /* Names that begin with A or M: the value is always the result's own. ":" ends them at the end of a line alone. */
 static void old_expression(stream *input, quolynode **result, name **cursor) {
@@ -67,7 +66,7 @@ static statement_runner runner_of(const token_record &t) {
     case ';': return empty_statement;
     case '?': return ask_for_value;
     case '@': return deletion;
-    case '!': return output_statement;
+    case '!': return write_out;
     case '%': return arr_arr_state;
     case '&': return and_statement;
     case 'A':

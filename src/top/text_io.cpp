@@ -87,7 +87,8 @@ int take_char(stream in) {
 void ask_again(stream in) { in->ended = in->failed = false; }
 
 void rewind_line(stream in) {
-    while (in->inside_line && take_char(in) != no_char) {}
+    while (in->inside_line && take_char(in) != no_char) {
+    }
     in->inside_line = false;
     ask_again(in);
 }
@@ -127,6 +128,15 @@ void close_text(text_in &in) {
     if (in.fd >= 0) close(in.fd);
     in.fd = -1;
     in.at = in.end = 0;
+    in.replay.clear();
+    in.replay_at = 0;
+}
+
+void restart_text(text_in &in) {
+    ask_again(&in);
+    if (lseek(in.fd, 0, SEEK_SET) < 0) return; /* a pipe goes on where it stands */
+    in.at = in.end = 0;
+    in.inside_line = false;
 }
 
 /* ---- writing ---- */
@@ -140,8 +150,10 @@ void flush(text_out *out) {
         else if (errno == EAGAIN) {
             pollfd wanted{out->fd, POLLOUT, 0};
             poll(&wanted, 1, 100);
-        } else if (errno != EINTR)
+        } else if (errno != EINTR) {
             out->failed = true;
+            out->why = errno;
+        }
     }
     out->used = 0;
 }
@@ -149,6 +161,7 @@ void flush(text_out *out) {
 void put_char(text_out *out, int c) {
     if (out->used == sizeof out->block) flush(out);
     out->block[out->used++] = static_cast<char>(c);
+    out->taken++;
     out->line_begun = c != '\n';
 }
 

@@ -5,6 +5,7 @@
 #include "top/heap.h"
 
 #include <cstdarg>
+#include <cstdint>
 #include <sys/types.h>
 
 namespace tolvek {
@@ -19,11 +20,11 @@ struct text_in {
     explicit text_in(int descriptor) : fd(descriptor) {}
 
     int fd = -1;
-    int at = 0, end = 0;       /* the unread part of `block` */
-    bool ended = false;        /* the last read met the end */
-    bool failed = false;       /* the last read met an error: the terminal has gone */
-    bool inside_line = false;  /* a character of the current line was taken, its newline was not */
-    buffer<char> replay;       /* text put back, read before `block` */
+    int at = 0, end = 0;      /* the unread part of `block` */
+    bool ended = false;       /* the last read met the end */
+    bool failed = false;      /* the last read met an error: the terminal has gone */
+    bool inside_line = false; /* a character of the current line was taken, its newline was not */
+    buffer<char> replay;      /* text put back, read before `block` */
     std::size_t replay_at = 0;
     char block[4096];
 };
@@ -49,6 +50,7 @@ void put_back_line(stream in, const buffer<char> &line);
 /* Opens a file for reading; false if it cannot be opened. close_text gives the descriptor back. */
 bool open_text(text_in &in, const char *path);
 void close_text(text_in &in);
+void restart_text(text_in &in); /* back to the beginning, where the file has one */
 
 /* ---- writing ---- */
 
@@ -58,6 +60,8 @@ struct text_out {
     int fd;
     int used = 0;
     bool failed = false;     /* a write was refused: text is dropped from here on */
+    int why = 0;             /* the errno of that write */
+    int64_t taken = 0;       /* characters taken so far */
     bool line_begun = false; /* the last character was no newline */
     char block[8192];
 };

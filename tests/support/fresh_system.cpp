@@ -11,6 +11,7 @@
 #include "top/driver.h"
 #include "top/interrupts.h"
 #include "top/loop.h"
+#include "top/output_file.h"
 #include "top/stack_limit.h"
 
 #include <cerrno>
@@ -111,6 +112,7 @@ void reset_session() {
     forget_poly_variables(); /* once no value holds them */
     inpuf = nullptr;
     input_file_name[0] = 0;
+    close_output();
     initial_memory = virtual_cut = totalavailablememory = 0;
     set_token(current_func, "");
     last_good_one = last_comm = last_attached = nullptr;
