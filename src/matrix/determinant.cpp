@@ -1,0 +1,147 @@
+#include "matrix/determinant.h"
+
+#include "gcd/gcd.h"
+#include "language/scanner.h"
+#include "matrix/elimination_work.h"
+#include "poly/divide.h"
+#include "poly/measures.h"
+#include "top/settings.h"
+
+namespace tolvek {
+
+/* ---- the choice for dense matrices ---- */
+
+static constexpr elimination_step dense_steps[] = {
+    by_residues,
+    by_extended_precision,
+    by_integers,
+    by_adjoint_of_integers,
+    by_fraction_free_steps,
+    by_gaussian_elimination,
+};
+
+static void eliminate(elimination &e) {
+    for (const elimination_step step : dense_steps)
+        if (step(e)) return;
+}
+
+/* Remaining rows that are expanded by minors: what detcutoff says, or by the size. */
+static int rows_for_minors(int n, bool all_numbers) {
+    if (detcutoff >= 0) return minn(detcutoff, most_minor_rows);
+    if (all_numbers || n <= 2) return 2;
+    if (n <= 5) return n - 1;
+    return n == 6 ? 4 : 0;
+}
+
+elimination::elimination(matrix_value &matrix, quolynode **product) : m(matrix), result(product), n(matrix.rows) {
+    for (int64_t i = 0; i < m.size && no_denoms; i++) {
+        const quolynode *q = m.cell(i);
+        if (q->is_num) continue;
+        all_numbers = false;
+        no_denoms = q->den == nullptr;
+    }
+    if (!invert()) minors_cut = rows_for_minors(n, all_numbers);
+}
+
+void elimination::swap_rows(int i, int k) {
+    for (int column = 0; column < n; column++) {
+        quolynode *kept = cell(i, column);
+        cell(i, column) = cell(k, column);
+        cell(k, column) = kept;
+    }
+}
+
+void elimination::swap_columns(int i, int k) {
+    for (int row = 0; row < n; row++) {
+        quolynode *kept = cell(row, i);
+        cell(row, i) = cell(row, k);
+        cell(row, k) = kept;
+    }
+}
+
+/* ---- pivots ---- */
+
+/* The mass of a numerator and a denominator. */
+static int64_t quoly_mass(const quolynode *q) {
+    int64_t mass = poly_mass(q->num, 1, 1);
+    if (q->den) mass += poly_mass(q->den, 1, 1);
+    return mass;
+}
+
+static bool larger_number(const number *a, const number *b) {
+    return lintmode && modularmode ? false : abs_larger(a, b);
+}
+
+/* The best pivot so far. */
+struct pivot_choice {
+    const quolynode *number = nullptr;
+    int64_t mass = 0;
+    pivot_place number_at, value_at;
+
+    void consider(const quolynode *q, int row, int column) {
+        if (q->is_num) {
+            if (number && !larger_number(q->numb, number->numb)) return;
+            number = q;
+            number_at = {row, column};
+            return;
+        }
+        const int64_t its_mass = quoly_mass(q);
+        if (value_at.found() && its_mass >= mass) return;
+        mass = its_mass;
+        value_at = {row, column};
+    }
+    pivot_place best() const { return number_at.found() ? number_at : value_at; }
+};
+
+pivot_place find_good_spot(elimination &e, int k, int columns) {
+    pivot_choice choice;
+    for (int column = k; column < k + columns; column++) {
+        for (int row = k; row < e.n; row++) {
+            const quolynode *q = e.cell(row, column);
+            if (!quoly_is_zero(q)) choice.consider(q, row, column);
+        }
+        if (!choice.best().found()) break;
+    }
+    return choice.best();
+}
+
+/* ---- the entries ---- */
+
+void divide_fct(quolynode **result, const polynode *factor, bool no_denoms) {
+    if (!factor) return;
+    quolynode *q = *result;
+    if (no_denoms && !q->is_num && !q->den) {
+        poly_handle quotient;
+        int failed = 0;
+        Lpoly_divide(q->num, factor, quotient.slot(), polynames, &failed);
+        if (failed) array_error(305, token);
+        return poly_to_value(quotient, result);
+    }
+    poly_handle divisor;
+    quoly_handle by;
+    poly_assign(factor, divisor.slot());
+    poly_to_value(divisor, by.slot());
+    fast_quoly_quot(result, by.get(), 0);
+}
+
+void mat_determinant(matrix_value &m, const determinant_hints &hints, quolynode **result) {
+    gcd_caching cache;
+    matrix_value work;
+    work.take(m);
+    work.own();
+    work.fill_holes();
+    elimination e(work, result);
+    const bool no_denoms = e.no_denoms;
+    eliminate(e);
+    divide_fct(result, hints.factor, no_denoms);
+}
+
+void mat_inverse(matrix_value &m) {
+    gcd_caching cache;
+    m.own();
+    m.fill_holes();
+    elimination e(m, nullptr);
+    eliminate(e);
+}
+
+} // namespace tolvek

@@ -1,0 +1,50 @@
+/* Private to determinants and inverses of dense matrices: the record that their steps work on. */
+#pragma once
+
+#include "display/progress.h"
+#include "matrix/determinant.h"
+
+namespace tolvek {
+
+struct elimination {
+    matrix_value &m;    /* of its own; its cells change */
+    quolynode **result; /* the determinant is multiplied into it; null: the inverse is wanted, in m */
+    int n;
+    bool all_numbers = true, no_denoms = true;
+    int minors_cut = 0; /* remaining rows that are expanded by minors */
+
+    elimination(matrix_value &matrix, quolynode **product);
+    bool invert() const { return result == nullptr; }
+    quolynode *&cell(int row, int column) { return m.cell(static_cast<int64_t>(column) * n + row); }
+    void swap_rows(int i, int k);
+    void swap_columns(int i, int k);
+    void multiply_result(const quolynode *factor) { fast_quoly_mult(result, factor); }
+    void finish_with_zero() { quoly_set(0, result); }
+};
+
+/* A step of the choice: false, and nothing has changed, if the method is none for this matrix. */
+using elimination_step = bool (*)(elimination &e);
+
+bool by_residues(elimination &e);             /* numbers modulo n */
+bool by_extended_precision(elimination &e);   /* numbers in the float ring */
+bool by_integers(elimination &e);             /* the determinant of integers */
+bool by_adjoint_of_integers(elimination &e);  /* the inverse of integers */
+bool by_fraction_free_steps(elimination &e);  /* if the switches ask for it */
+bool by_gaussian_elimination(elimination &e); /* any matrix */
+
+/* ---- shared by the eliminations ---- */
+
+struct pivot_place {
+    int row = -1, column = -1; /* -1: there is none */
+    bool found() const { return row >= 0; }
+};
+/* A pivot for step k, in the next `columns` columns from row k on: the number of largest magnitude (modulo n the first one);
+   without a number the value of least mass. None if the first of the columns is 0. */
+pivot_place find_good_spot(elimination &e, int k, int columns);
+
+/* The square block of the last rows and columns from k on, by cofactors along the line with the most zeros: *result, which
+   the caller has set, times the determinant. At most most_minor_rows rows. */
+constexpr int most_minor_rows = 40;
+void small_determ(elimination &e, int k, quolynode **result);
+
+} // namespace tolvek
