@@ -34,7 +34,7 @@ void value_list::move_by_rows(int64_t rows, matrix_value &result) {
 void fetch_region(const array_region &region, matrix_value &result) {
     array_record *a = existing(region);
     if (!region.sub) {
-        fetch_array(a, result);
+        fetch_array(a, result, &region.tok);
         return;
     }
     if (a->sparse_head) array_error(244, region.tok);
@@ -80,7 +80,6 @@ static void slot_operand(stream *input, name **cursor, matrix_value &result) {
         if (a->sparse_head) array_error(244, region.tok);
         subarray(input, cursor, region);
     }
-    region.sub = region.sub || !a->sparse_head; /* so that its name stands in warnings */
     fetch_region(region, result);
 }
 

@@ -106,8 +106,7 @@ static void assign_array(stream *input, quolynode **result, name **cursor, array
     quoly_set(0, result);
 }
 
-/* Behind ":". True: an assignment follows; false: the statement is a silent expression and has ended. */
-static bool reads_assignment(stream *input, name **cursor) {
+bool reads_array_assignment(stream *input, name **cursor) {
     scanner(input, token, cursor);
     if (token_is(token, "=")) return true;
     if (!token_is(token, ";") || *cursor) array_error(317, token);
@@ -121,7 +120,7 @@ void arr_asstat(stream *input, quolynode **result, name **cursor) {
     if (!token_is(token, "[")) array_error(92, token);
     array_region region;
     left_side(input, cursor, region, true);
-    if (token_is(token, ":") && reads_assignment(input, cursor))
+    if (token_is(token, ":") && reads_array_assignment(input, cursor))
         assign_array(input, result, cursor, region, diagonal);
     else
         expression_of_region(input, result, cursor, region, diagonal);

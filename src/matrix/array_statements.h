@@ -20,6 +20,10 @@ void arr_asstat(stream *input, quolynode **result, name **cursor);
 /* An expression whose first factor is the array of a slot, with the token behind it. */
 void expression_of_array(stream *input, quolynode **result, name **cursor, array_record *a);
 
+/* Behind an array in front of ":", which is the token. True: it was ":=". False: the statement is a silent expression, and
+   has ended. Error 317. */
+bool reads_array_assignment(stream *input, name **cursor);
+
 /* ?[x], ?[x[2~3,]], ?[x]'..., ?[x] := [x]'...: reads elements from the terminal, with "[" as the token. Errors 28, 107, 242,
    334. */
 void whole_arrinsert(stream *input, name **cursor);

@@ -161,7 +161,7 @@ void matrix_value::to_dense() {
 
 /* ---- arrays and the system array ---- */
 
-void fetch_array(array_record *a, matrix_value &m) {
+void fetch_array(array_record *a, matrix_value &m, const token_record *shown_name) {
     if (a->sparse_head) {
         m.borrow_sparse(a);
         if (a == &syst) m.own();
@@ -172,7 +172,7 @@ void fetch_array(array_record *a, matrix_value &m) {
         quolynode *&cell = element(a, i);
         if (!cell) {
             quoly_set(0, &cell);
-            warn_uninitialized_in(a->tok);
+            warn_uninitialized_in(shown_name ? *shown_name : a->tok);
         }
         m.cell(i) = cell;
     }

@@ -99,7 +99,8 @@ class matrix_value {
 
 /* Sets the system array to the value, which is consumed; a scalar goes to *result instead. */
 void fill_syst_array(matrix_value &m);
-/* The matrix of an array, borrowed; of the system array a copy. Null cells become 0, with a warning under `name`. */
-void fetch_array(array_record *a, matrix_value &m);
+/* The matrix of an array, borrowed; of the system array a copy. Null cells become 0, with a warning under the name of the
+   array, or the one that is given. */
+void fetch_array(array_record *a, matrix_value &m, const token_record *shown_name = nullptr);
 
 } // namespace tolvek

@@ -94,9 +94,8 @@ static array_record *read_assigned_array(stream *input, name **cursor) {
     return named.array;
 }
 
+/* Behind := . */
 static void set_slot_statement(stream *input, quolynode **result, name **cursor, int32_t slot) {
-    scanner(input, token, cursor);
-    if (!token_is(token, "=")) array_error(317, token);
     scanner(input, token, cursor);
     array_record *a = read_assigned_array(input, cursor);
     if (!ends_statement(token)) array_error(129, token);
@@ -106,7 +105,7 @@ static void set_slot_statement(stream *input, quolynode **result, name **cursor,
 
 void arr_arr_state(stream *input, quolynode **result, name **cursor) {
     const int32_t slot = read_slot_number(input, cursor);
-    if (token_is(token, ":"))
+    if (token_is(token, ":") && reads_array_assignment(input, cursor))
         set_slot_statement(input, result, cursor, slot);
     else if (token_is(token, "["))
         element_statement(input, result, cursor, filled(slot));
