@@ -67,6 +67,9 @@ void assignment(stream *input, place &at, quolynode **result, name **cursor);
    A literal beyond 32 bits in lintmode outside the modular ring wraps, with a warning. */
 void read_number(stream *input, quolynode **result, name **cursor);
 
+/* The figures of a literal into x, which is fresh: a whole number; in the float ring all that read_number takes. */
+void read_coefficient(stream *input, name **cursor, number *x);
+
 /* The token must be `text`; otherwise error n. Then the next token is read. */
 void require(const char *text, int n, stream *input, name **cursor);
 

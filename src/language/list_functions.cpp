@@ -3,8 +3,10 @@
 #include "language/functions.h"
 #include "language/scanner.h"
 #include "numbers/number_decimal.h"
+#include "top/interrupts.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace tolvek {
@@ -109,20 +111,30 @@ void big_write_p(text_out *out, const function *f) {
 
 /* ---- the command ---- */
 
-static void gather_functions(buffer<const function *> &all) {
+static void gather_functions(buffer<const function *> &all, std::size_t most) {
     for (const function *f : func_store)
         for (; f; f = f->next) all.push(f);
-    if (all.size() > most_sorted) return; /* in the order of the chains */
+    if (all.size() > most) return; /* in the order of the chains */
     std::stable_sort(all.begin(), all.end(),
                      [](const function *a, const function *b) { return std::strcmp(a->tok.text, b->tok.text) < 0; });
 }
 
 static void list_all(void (*write)(text_out *, const function *), bool full) {
     buffer<const function *> all;
-    gather_functions(all);
+    gather_functions(all, most_sorted);
     for (const function *f : all) {
         write(&standard_output, f);
         if (full) say("\n");
+    }
+}
+
+void save_functions(text_out *out) {
+    buffer<const function *> all;
+    gather_functions(all, SIZE_MAX);
+    for (const function *f : all) {
+        safe_point();
+        big_write_p(out, f);
+        put_text(out, ";\n");
     }
 }
 

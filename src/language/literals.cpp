@@ -112,28 +112,54 @@ static void write_figures(int64_t value, int count, buffer<char> &text) {
         text[static_cast<std::size_t>(i)] = static_cast<char>('0' + value % 10);
 }
 
+static bool fits_ring(int64_t value) { return flotemode || modularmode || !lintmode || value <= INT32_MAX; }
+
+/* What follows the figures of a float that were gathered. */
+static void read_rest_of_flote(stream *input, name **cursor, buffer<char> &text, quolynode **result) {
+    if (token_is(token, ".")) {
+        text.push('.');
+        scanner(input, token, cursor);
+        gather_figures(input, cursor, text);
+        if (text.size() == 1) error(2, token); /* no figure on either side */
+    }
+    gather_exponent(input, cursor, text);
+    flote_from_text(text, result);
+}
+
+static void read_rest_of_exact(stream *input, name **cursor, buffer<char> &text, quolynode **result) {
+    const std::size_t whole = text.size();
+    if (token_is(token, ".")) {
+        scanner(input, token, cursor);
+        gather_figures(input, cursor, text);
+        if (text.size() == 0) error(2, token);
+    }
+    exact_from_figures(text, text.size() - whole, result);
+}
+
 void read_number(stream *input, quolynode **result, name **cursor) {
     int count;
     int64_t value = short_figures(input, cursor, &count);
-    if (is_whole(count) && (flotemode || modularmode || !lintmode || value <= INT32_MAX))
-        return give_integer(value, result);
+    if (is_whole(count) && fits_ring(value)) return give_integer(value, result);
     buffer<char> text;
     write_figures(value, count, text);
     gather_figures(input, cursor, text);
-    std::size_t whole = text.size();
-    bool decimal_point = token_is(token, ".");
-    if (decimal_point) {
-        if (flotemode) text.push('.');
-        scanner(input, token, cursor);
-        gather_figures(input, cursor, text);
-    }
-    if (decimal_point && text.size() == (flotemode ? 1u : 0u)) error(2, token); /* no figure on either side */
-    if (flotemode) {
-        gather_exponent(input, cursor, text);
-        flote_from_text(text, result);
-    } else {
-        exact_from_figures(text, text.size() - whole, result);
-    }
+    (flotemode ? read_rest_of_flote : read_rest_of_exact)(input, cursor, text, result);
+}
+
+void read_coefficient(stream *input, name **cursor, number *x) {
+    int count;
+    int64_t value = short_figures(input, cursor, &count);
+    const bool ends = flotemode ? is_whole(count) : !is_digit(first_char(token));
+    if (ends && fits_ring(value)) return set_int64(modularmode ? value % modulus : value, x);
+    buffer<char> text;
+    write_figures(value, count, text);
+    gather_figures(input, cursor, text);
+    quoly_handle q;
+    if (flotemode)
+        read_rest_of_flote(input, cursor, text, q.slot());
+    else
+        integer_from_figures(text, q.slot());
+    num_assign(q->numb, x);
 }
 
 } // namespace tolvek

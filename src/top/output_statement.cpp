@@ -1,6 +1,7 @@
 #include "top/output_statement.h"
 
 #include "display/folding.h"
+#include "display/show_array.h"
 #include "display/show_quoly.h"
 #include "language/builtin_args.h"
 #include "language/expressions.h"
@@ -124,9 +125,22 @@ static bool value_by_name(output_call &w) {
     return show_item(w, *place);
 }
 
-static bool array_item(output_call &) {
-    error(layer_is_missing, token);
-    return false;
+/* Text for the file reads back as assignments. */
+static bool array_item(output_call &w) {
+    array_region region;
+    item_form form;
+    left_side(w.input, w.cursor, region, true, 28);
+    existing(region);
+    if (width_follows(w) && !handle_colon(w, form)) return false;
+    arrdisplay(w.out, region,
+               {.on_screen = w.to_screen(),
+                .framed = !w.to_screen(),
+                .as_character = form.as_character,
+                .width = std::max(form.width, 0),
+                .gap = 1,
+                .first_row = addresser,
+                .first_col = addresser});
+    return true;
 }
 
 static bool one_write_out(output_call &w) {

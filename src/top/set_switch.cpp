@@ -11,8 +11,11 @@
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/stored.h"
+#include "matrix/array_names.h"
+#include "poly/variables.h"
 #include "top/change_ring.h"
 #include "top/driver.h"
+#include "top/file_names.h"
 #include "top/parse.h"
 #include "top/settings.h"
 #include "top/switches_table.h"
@@ -189,15 +192,10 @@ static void number_switch(switch_call &call, int letter) {
 
 /* ---- texts ---- */
 
-struct switch_text {
-    static constexpr std::size_t longest = 255;
-    char text[longest + 1] = "";
-};
-
 static bool is_quote(const token_record &t) { return token_is(t, quotesign.text); }
 
 /* The characters up to the closing quote, which is left in `token`. */
-static bool read_quoted(switch_call &call, switch_text &t) {
+static bool read_quoted(switch_call &call, file_name &t) {
     std::size_t length = 0;
     for (;;) {
         int line_end;
@@ -217,15 +215,8 @@ static bool read_quoted(switch_call &call, switch_text &t) {
     }
 }
 
-/* Arrays of character codes: no array exists. */
-static bool text_from_array(switch_call &call) {
-    scanner(call.input, token, call.cursor);
-    error(28, token);
-    return false;
-}
-
-static bool read_text(switch_call &call, switch_text &t) {
-    if (token_is(token, "[")) return text_from_array(call);
+static bool read_text(switch_call &call, file_name &t) {
+    if (token_is(token, "[")) return name_from_array(call.input, call.cursor, t);
     if (is_quote(token)) {
         if (!read_quoted(call, t)) return false;
     } else {
@@ -236,7 +227,7 @@ static bool read_text(switch_call &call, switch_text &t) {
 }
 
 static void text_switch(switch_call &call, int letter) {
-    switch_text t;
+    file_name t;
     if (!read_text(call, t) || !closed()) return;
     const switch_row *row = call.row;
     if (letter != 'M' && std::strcmp(t.text, " ") == 0)
@@ -245,6 +236,42 @@ static void text_switch(switch_call &call, int letter) {
         row->assign_text(call, t.text);
     else
         error(141, token);
+}
+
+/* ---- cut-offs from an array ---- */
+
+/* The elements go to the variables in step, the first one to the general cut-off too; smaller ones than 6 are passed over. */
+static void set_cutoffs(const array_region &r) {
+    constexpr int least = 6, instead_of_smaller = 40;
+    bool nothing = true;
+    for (int64_t i = 0; i < r.size(); i++) {
+        const quolynode *q = element(r.array, i);
+        int value;
+        if (!q) continue;
+        if (!integer_value(q, value)) {
+            error(260, r.tok);
+            return;
+        }
+        nothing = false;
+        if (i == 0) poly_cutoff = value < least ? instead_of_smaller : value;
+        pt *v = variable_at(static_cast<int>(i) + 1);
+        if (v && value >= least) v->pt_cutoff = value;
+        if (i + 1 >= number_polys) break;
+    }
+    if (nothing) sayf("*** Warning. array [%s] is empty.\n", r.tok.text);
+}
+
+static void get_cut_from_array(switch_call &call) {
+    array_region r;
+    left_side(call.input, call.cursor, r, false, 28);
+    existing(r);
+    if (!closed()) return;
+    if (!r.is_whole())
+        error(258, r.tok);
+    else if (r.array->sparse_head)
+        error(259, r.tok);
+    else
+        set_cutoffs(r);
 }
 
 /* ---- the statement ---- */
@@ -258,7 +285,7 @@ void set_switch(switch_call &call) {
     if (call.row && call.row->assign_rest) return call.row->assign_rest(call);
     scanner(call.input, token, call.cursor);
     if (letter == '#' && token_is(token, "[")) {
-        text_from_array(call);
+        get_cut_from_array(call);
     } else if (names_text(letter) || is_quote(token)) {
         text_switch(call, letter);
     } else {

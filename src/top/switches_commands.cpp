@@ -4,6 +4,7 @@
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/float_path.h"
+#include "language/poly_reader.h"
 #include "language/stored.h"
 #include "numbers/storage_report.h"
 #include "poly/variables.h"
@@ -39,6 +40,13 @@ void end_loop_early(switch_call &call) {
 
 void end_load(switch_call &) {
     if (!tt_flag) done_load = 1;
+}
+
+/* &_n: a polynomial, or a quotient, term by term. */
+void read_terms(switch_call &call) {
+    call.keeps_result = call.token_is_read = true;
+    scanner(call.input, token, call.cursor);
+    quoly_readin(call.input, call.result, call.cursor);
 }
 
 /* ---- &_m(statement): runs the statement outside the modular ring ---- */
@@ -184,8 +192,6 @@ void change_variables(switch_call &call) { attach_poly(call.input, call.cursor, 
 /* ---- commands whose layer is not there ---- */
 
 void not_open(switch_call &) { error(layer_is_missing, token); }
-
-void not_open_for_text(switch_call &, const char *) { error(layer_is_missing, token); }
 
 
 } // namespace tolvek

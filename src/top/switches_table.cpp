@@ -8,6 +8,8 @@
 #include "numbers/int_divide.h"
 #include "numbers/number_decimal.h"
 #include "top/driver.h"
+#include "top/load.h"
+#include "top/save.h"
 #include "top/set_switch.h"
 #include "top/settings.h"
 
@@ -260,7 +262,12 @@ const switch_row switch_rows[] = {
     {.code = '>', .variable = &leave_flag, .now = "Warning. &> ignored.\n", .run = end_loop_early},
     {.code = ']', .variable = &cycle_flag, .now = "Warning. &] ignored.\n", .run = end_loop_early},
     {.code = '}', .variable = &exit_flag, .now = "Warning. &} ignored.\n", .run = end_loop_early},
+    {.code = 's', .letter = 'S', .run = save, .assign_text = save_to},
+    {.code = 'S', .run = save},
+    {.code = 'r', .letter = 'R', .run = load, .assign_text = load_from},
+    {.code = 'R', .run = load},
     {.code = 'x', .run = end_load},
+    {.underscore = 'n', .run = read_terms},
     {.code = 'o', .run = output_argument},
     {.code = 'v', .run = list_variables},
     {.code = 'f', .run = list_functions},
@@ -286,11 +293,6 @@ const switch_row switch_rows[] = {
     {.code = 'P', .letter = 'P', .run = not_open, .assign_rest = not_open},
     {.code = 'J', .letter = 'J', .question = " Enter polynomial variable:\n", .run = ask_for_variable,
      .assign_rest = change_variables},
-    {.underscore = 'n', .run = not_open},
-    {.code = 'r', .letter = 'R', .run = not_open, .assign_text = not_open_for_text},
-    {.code = 'R', .run = not_open},
-    {.code = 's', .letter = 'S', .run = not_open, .assign_text = not_open_for_text},
-    {.code = 'S', .run = not_open},
     {.code = '4', .run = not_open},
 };
 /* clang-format on */

@@ -137,6 +137,7 @@ void leave_level(switch_call &call);
 void new_level(switch_call &call);
 void end_loop_early(switch_call &call); /* &> &] &} */
 void end_load(switch_call &call);
+void read_terms(switch_call &call); /* &_n */
 void run_exactly(switch_call &call);
 void clean_up(switch_call &call);
 void list_functions(switch_call &call);
@@ -155,6 +156,5 @@ void change_variables(switch_call &call);
 /* Commands whose layer is not there answer with this error. */
 constexpr int layer_is_missing = 18;
 void not_open(switch_call &call);
-void not_open_for_text(switch_call &call, const char *text);
 
 } // namespace tolvek
