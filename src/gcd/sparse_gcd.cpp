@@ -75,6 +75,32 @@ void next_point(const uni_field &f, term_table *t) {
     for (std::size_t i = 0; i < t->terms(); i++) t->value[i] = p.product(t->value[i], t->ratio[i]);
 }
 
+/* The powers of one residue for each variable. */
+class power_tables {
+  public:
+    void add(const uni_field &f, uint32_t x, int32_t degree) {
+        begin[count++] = powers.size();
+        uint32_t power = 1;
+        for (int32_t e = 0; e <= degree; e++, power = f.product(power, x)) powers.push(power);
+    }
+    void add_none() { begin[count++] = powers.size(); }
+    uint32_t at(int variable, int32_t e) const { return powers[begin[variable] + static_cast<std::size_t>(e)]; }
+
+  private:
+    buffer<uint32_t> powers;
+    std::size_t begin[most_variables];
+    int count = 0;
+};
+
+/* x times the powers for the exponents e of the variables from `first` on. */
+uint32_t monomial_value(const uni_field &f, uint32_t x, const power_tables &powers, const int32_t *e, int first,
+                        int variables) {
+    const word_divisor p(f.p, f.reciprocal);
+    for (int k = first; k < variables; k++)
+        if (e[k]) x = p.product(powers.at(k, e[k]), x);
+    return x;
+}
+
 /* ---- recurrences, one for each coefficient ---- */
 
 class recurrences {
@@ -117,8 +143,7 @@ struct sparse_work {
     buffer<found_term> terms;
 
     uint32_t random_residue() const { return static_cast<uint32_t>(random_31()) % (f.p - 2) + 1; }
-    void set_values(term_table *t, const uint32_t *points, int but) const;
-    bool degree_of_gcd(int variable, int32_t *degree);
+    bool find_degrees(int32_t *bounds);
     bool set_radices();
     uint64_t packed(const int32_t *exponents) const;
     void start(term_table *t) const;
@@ -130,42 +155,44 @@ struct sparse_work {
 
 /* ---- degrees ---- */
 
-/* The terms at a point, but for one variable. */
-void sparse_work::set_values(term_table *t, const uint32_t *points, int but) const {
-    t->value.resize(t->terms());
-    for (std::size_t i = 0; i < t->terms(); i++) {
-        if ((i & 255) == 0) safe_point();
-        uint32_t x = t->coefficient[i];
-        const int32_t *e = t->exponents(i);
-        for (int k = 0; k < variables; k++)
-            if (k != but && e[k]) x = f.product(x, field_power(f, points[k], static_cast<uint64_t>(e[k])));
-        t->value[i] = x;
+/* bounds: the degrees of the GCD in the variables below the main one, never too low; they are met unless the point is
+   unlucky. One point serves all: what a variable has contributed to a term is taken out again where it leads. */
+bool sparse_work::find_degrees(int32_t *bounds) {
+    power_tables powers, inverses;
+    for (int k = 0; k < variables; k++) {
+        const uint32_t x = random_residue();
+        const int32_t degree = std::max(u.degree(k), v.degree(k));
+        powers.add(f, x, degree);
+        inverses.add(f, f.inverse(x), degree);
     }
-}
-
-/* An upper bound for the degree of the GCD, which is met unless the point is unlucky. */
-bool sparse_work::degree_of_gcd(int variable, int32_t *degree) {
-    const int32_t of_u = u.degree(variable), of_v = v.degree(variable);
-    *degree = 0;
-    if (of_u == 0 || of_v == 0) return true;
-    uint32_t points[most_variables];
-    for (int k = 0; k < variables; k++) points[k] = random_residue();
-    set_values(&u, points, variable);
-    set_values(&v, points, variable);
-    uni_poly a, b, g;
-    if (!image_in(f, u, variable, of_u, &a) || !image_in(f, v, variable, of_v, &b)) return false;
-    uni_gcd(f, a, b, &g);
-    *degree = static_cast<int32_t>(uni_degree(g));
+    for (term_table *t : {&u, &v}) {
+        t->value.resize(t->terms());
+        t->ratio.resize(t->terms());
+        for (std::size_t i = 0; i < t->terms(); i++)
+            t->ratio[i] = monomial_value(f, t->coefficient[i], powers, t->exponents(i), 0, variables);
+    }
+    for (int k = 1; k < variables; k++) {
+        safe_point();
+        bounds[k] = 0;
+        if (u.degree(k) == 0 || v.degree(k) == 0) continue;
+        for (term_table *t : {&u, &v})
+            for (std::size_t i = 0; i < t->terms(); i++)
+                t->value[i] = f.product(inverses.at(k, t->exponents(i)[k]), t->ratio[i]);
+        uni_poly a, b, g;
+        if (!image_in(f, u, k, u.degree(k), &a) || !image_in(f, v, k, v.degree(k), &b)) return false;
+        uni_gcd(f, a, b, &g);
+        bounds[k] = static_cast<int32_t>(uni_degree(g));
+    }
     return true;
 }
 
 /* False where the powers of w cannot tell the exponents apart. */
 bool sparse_work::set_radices() {
+    int32_t degree[most_variables];
+    if (!find_degrees(degree)) return false;
     bound = 1;
     for (int k = variables - 1; k > 0; k--) {
-        int32_t degree;
-        if (!degree_of_gcd(k, &degree)) return false;
-        radix[k] = static_cast<uint64_t>(degree) + static_cast<uint64_t>(normaliser.degree(k)) + 1;
+        radix[k] = static_cast<uint64_t>(degree[k]) + static_cast<uint64_t>(normaliser.degree(k)) + 1;
         weight[k] = bound;
         bound *= radix[k];
         if (bound > f.p / 4) return false;
@@ -181,13 +208,22 @@ uint64_t sparse_work::packed(const int32_t *exponents) const {
     return e;
 }
 
+/* The first point, w^(s K_j) for the variable j, and the steps to the next ones. */
 void sparse_work::start(term_table *t) const {
+    power_tables steps, points;
+    steps.add_none();
+    points.add_none();
+    for (int k = 1; k < variables; k++) {
+        const uint32_t step = field_power(f, w, weight[k]);
+        steps.add(f, step, t->degree(k));
+        points.add(f, field_power(f, step, s), t->degree(k));
+    }
     t->value.resize(t->terms());
     t->ratio.resize(t->terms());
     for (std::size_t i = 0; i < t->terms(); i++) {
-        if ((i & 255) == 0) safe_point();
-        t->ratio[i] = field_power(f, w, packed(t->exponents(i)));
-        t->value[i] = f.product(t->coefficient[i], field_power(f, t->ratio[i], s));
+        if ((i & 4095) == 0) safe_point();
+        t->ratio[i] = monomial_value(f, 1, steps, t->exponents(i), 1, variables);
+        t->value[i] = monomial_value(f, t->coefficient[i], points, t->exponents(i), 1, variables);
     }
 }
 
