@@ -4,6 +4,7 @@
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
 #include "gcd/interpolated_gcd.h"
+#include "gcd/sparse_gcd.h"
 #include "numbers/handles.h"
 #include "numbers/int_gcd.h"
 #include "numbers/int_mult.h"
@@ -60,6 +61,7 @@ static void next_digit(const polynode *u, const polynode *v, const number *c, co
 
 bool basic_mod_method(const polynode *u, const polynode *v, polynode **g, pt *names) {
     constexpr int most_primes = 2000, failures_allowed = 3;
+    if (sparse_integer_gcd(u, v, g, names)) return true;
     number_handle c, product;
     binary_gcd(leading_coef(u)->num, leading_coef(v)->num, &c);
     poly_handle sum;

@@ -1,13 +1,15 @@
-/* GCDs of sparse polynomials over the integers modulo a prime, from few images in the main variable. */
+/* GCDs of sparse polynomials from few images in the main variable (sparse_images.h).
+
+   u and v are primitive with respect to the main variable and of positive degree in it. *g becomes their GCD, and the answer
+   is true; it has been divided into both. Otherwise *g stays: where primes of a word are too small for the degrees, and where
+   images turn out bad time and again. */
 #pragma once
 
 #include "poly/model.h"
 
 namespace tolvek {
 
-/* *g := the GCD of u and v, both primitive with respect to the main variable and of positive degree in it, and true. False,
-   and *g as it was, where the prime is too small for the degrees, and where images turn out bad time and again. The answer
-   divides both. */
-bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names);
+bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names);         /* modulo a prime */
+bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *names); /* over the integers */
 
 } // namespace tolvek
