@@ -2,6 +2,10 @@
 #include "gcd/gcd_images.h"
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
+#include "numbers/handles.h"
+#include "numbers/int_gcd.h"
+#include "numbers/random.h"
+#include "poly/add.h"
 #include "poly/measures.h"
 
 namespace tolvek {
@@ -50,19 +54,82 @@ verdict evaluation_tests_modular(gcd_work *w) {
     return verdict::finish;
 }
 
+/* a divided by c, a polynomial of the level below; false where it does not divide. */
+static bool divide_by_content(gcd_work *w, gcd_operand *a, const polynode *c) {
+    poly_handle divisor, quotient;
+    poly_assign(c, divisor.slot());
+    padded(divisor, 1);
+    if (!exact_quotient(a->p, divisor.get(), quotient.slot(), w->names)) return false;
+    a->become(quotient.release());
+    return true;
+}
+
+/* *sum := a random combination of the coefficients of p, none of which is a number, but for one. */
+static void random_combination(const polynode *p, const polynode *left_out, poly_handle &sum) {
+    constexpr int32_t largest_factor = 1 << 20;
+    for (; p; p = p->next) {
+        if (p == left_out) continue;
+        const int32_t factor = random_31() % minn(modularmode ? modulus - 1 : largest_factor, largest_factor) + 1;
+        poly_handle term;
+        poly_assign(p->poly, term.slot());
+        if (modularmode) {
+            mod_num_poly_mult(factor, term.slot());
+        } else {
+            number_handle c;
+            set_int64(factor, &c);
+            num_poly_mult(term.slot(), &c);
+        }
+        if (sum)
+            best_poly_add(sum.release(), term.release(), sum.slot());
+        else
+            term.release_to(sum.slot());
+    }
+}
+
+static const polynode *smallest_coefficient(const polynode *p) {
+    constexpr int looked_at = 50;
+    const polynode *smallest = p;
+    int size = bigger_node_total(p->poly);
+    for (int i = 0; (p = p->next) && i < looked_at; i++)
+        if (const int n = bigger_node_total(p->poly); n < size) {
+            size = n;
+            smallest = p;
+        }
+    return smallest;
+}
+
+/* The content by one GCD: that of the smallest coefficient and a combination of the others is a multiple of it, and is
+   proved to be the content if it divides the operand. False where it does not, and where this is not worth it. */
+static bool content_by_combination(gcd_work *w, gcd_operand *a, poly_handle &c) {
+    constexpr int few_coefficients = 3, small_modulus = 1000;
+    const bool fits = field_depth == 0 && (over_integers() || (in_prime_field() && modulus > small_modulus));
+    if (!fits || !w->below() || any_number_coefficient(a->p) || poly_length(a->p) <= few_coefficients) return false;
+    const polynode *smallest = smallest_coefficient(a->p);
+    poly_handle sum;
+    random_combination(a->p, smallest, sum);
+    if (poly_iszero(sum.get())) return false;
+    c_cntcount = minn(c_cntcount + 1, content_count_limit + 1);
+    polygcd(smallest->poly, sum.get(), c.slot(), 0, 1, w->use_general, w->below(), 1, 1, 1);
+    poly_handle numbers;
+    gcd_coefs(a->p, numbers.slot());
+    if (over_integers() && !is_constant(c.get())) {
+        poly_handle own;
+        gcd_coefs(c.get(), own.slot());
+        num_poly_quot(c.slot(), own->num);
+        num_poly_mult(c.slot(), numbers->num);
+    } else if (is_constant(c.get())) {
+        numbers.release_to(c.slot());
+    }
+    return poly_eq_1(c.get()) || divide_by_content(w, a, c.get());
+}
+
 /* *c := the content of the operand, which is divided by it. Where the division fails, the content is computed again
    once, and then left in. */
 static void take_content(gcd_work *w, gcd_operand *a, poly_handle &c) {
+    if (content_by_combination(w, a, c)) return;
     for (int i = 0; i < 2; i++) {
         content(const_cast<polynode *>(a->p), c.slot(), w->names, 0, w->use_general, 1);
-        if (poly_eq_1(c.get())) return;
-        poly_handle divisor, quotient;
-        poly_assign(c.get(), divisor.slot());
-        padded(divisor, 1);
-        if (exact_quotient(a->p, divisor.get(), quotient.slot(), w->names)) {
-            a->become(quotient.release());
-            return;
-        }
+        if (poly_eq_1(c.get()) || divide_by_content(w, a, c.get())) return;
     }
     poly_set(1, c.slot());
 }
