@@ -65,6 +65,11 @@ static bool reduce_all(sparse_work &work, uint32_t p) {
     return keeps_u && keeps_v;
 }
 
+static outcome images_of(sparse_work &work, const uni_field &f, bool is_first) {
+    const outcome seen = is_first ? work.set_radices(f) : outcome::found;
+    return seen == outcome::found ? work.take_images(f) : seen;
+}
+
 /* ---- modulo a prime ---- */
 
 bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
@@ -75,8 +80,7 @@ bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
     if (!f.odd_prime() || f.p < least_prime || !prepare(u, v, normaliser, work, names)) return false;
     reduce_all(work, f.p);
     for (int i = 0; i < attempts; i++) {
-        if (!work.set_radices(f)) return false;
-        const outcome seen = work.take_images(f);
+        const outcome seen = images_of(work, f, true);
         if (seen == outcome::hopeless) return false;
         if (seen == outcome::coprime) {
             poly_set(1, g);
@@ -160,24 +164,20 @@ static bool are_small(const buffer<image_term> &terms, uint32_t p) {
 }
 
 bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
-    constexpr int most_primes = 1000;
+    constexpr int most_primes = 1000, bad_primes = 10;
     poly_handle normaliser;
     sparse_work work;
     known_images known;
     if (!prepare(u, v, normaliser, work, names)) return false;
     known.start();
     int32_t p = 2147483629 + 2, degree = 0;
-    int bad = 0;
-    for (int i = 0; i < most_primes && bad < attempts; i++) {
+    int bad = 0; /* primes and candidates that came to nothing */
+    for (int i = 0; i < most_primes && bad < bad_primes; i++) {
         do p -= 2;
         while (!is_prime(p));
         const uni_field f(static_cast<uint32_t>(p));
         if (!reduce_all(work, f.p)) continue;
-        if (!known.sum && !work.set_radices(f)) {
-            bad++;
-            continue;
-        }
-        const outcome seen = work.take_images(f);
+        const outcome seen = images_of(work, f, !known.sum);
         if (seen == outcome::coprime) {
             poly_set(1, g);
             return true;
@@ -189,8 +189,8 @@ bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *
         }
         if (known.sum && work.terms[0].main < degree) known.start();
         degree = work.terms[0].main;
+        const bool is_first = !known.sum;
         known.add(work, f);
-        const bool is_first = i == bad;
         if (is_first ? !are_small(work.terms, f.p) : !known.nothing_new) continue;
         poly_handle answer;
         poly_assign(known.sum.get(), answer.slot());

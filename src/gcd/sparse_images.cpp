@@ -169,18 +169,17 @@ bool sparse_work::find_degrees(const uni_field &f, int32_t *bounds) {
     return true;
 }
 
-/* False where the powers of w cannot tell the exponents apart. */
-bool sparse_work::set_radices(const uni_field &f) {
+outcome sparse_work::set_radices(const uni_field &f) {
     int32_t degree[most_variables];
-    if (!find_degrees(f, degree)) return false;
+    if (!find_degrees(f, degree)) return outcome::bad_points;
     bound = 1;
     for (int k = variables - 1; k > 0; k--) {
         radix[k] = static_cast<uint64_t>(degree[k]) + static_cast<uint64_t>(normaliser.degree(k)) + 1;
         weight[k] = bound;
         bound *= radix[k];
-        if (bound > f.p / 4) return false;
+        if (bound > f.p / 4) return outcome::hopeless;
     }
-    return true;
+    return outcome::found;
 }
 
 /* ---- points ---- */

@@ -56,9 +56,9 @@ struct sparse_work {
     /* The tables have no residues yet. */
     void pour(const polynode *first, const polynode *second, const polynode *its_normaliser, int its_variables);
     bool has_high_degrees() const;
-    /* The degrees of the answer in the variables, which make the exponents of image_term. They belong to all primes. False
-       where a prime of this size cannot tell the exponents apart; the residues are there. */
-    bool set_radices(const uni_field &f);
+    /* The degrees of the answer in the variables, which make the exponents of image_term; they serve all primes. `hopeless`
+       where a prime of this size cannot tell the exponents apart. Before both routines come the residues. */
+    outcome set_radices(const uni_field &f);
     outcome take_images(const uni_field &f);
 
     /* Of exponents within the degrees of the answer. */
