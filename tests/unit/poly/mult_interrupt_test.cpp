@@ -7,12 +7,12 @@
 #include "poly/mult_work.h"
 #include "poly/power_work.h"
 #include "support/rand_poly.h"
+#include "support/safe_point_gaps.h"
 #include "top/guards.h"
 #include "top/interrupts.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <ctime>
 #include <malloc.h>
 
 namespace tolvek {
@@ -200,43 +200,10 @@ TEST_F(mult_interrupt_test, stored_operands_are_whole_to_the_bit_at_200_random_s
 
 /* ---- the distance of safe points ---- */
 
-namespace {
-
-double last_time, longest_gap;
-
-double processor_time() {
-    timespec t;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
-}
-void note_gap() {
-    const double now = processor_time();
-    longest_gap = std::max(longest_gap, now - last_time);
-    last_time = now;
-}
-double longest_gap_of(const std::function<void()> &routine) {
-    longest_gap = 0;
-    last_time = processor_time();
-    watch_safe_points(note_gap);
-    routine();
-    note_gap();
-    watch_safe_points(nullptr);
-    return longest_gap;
-}
-
-/* Sanitizers slow everything down. */
-#if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
-constexpr double most = 0.5;
-#else
-constexpr double most = 0.05;
-#endif
-
-} // namespace
-
 TEST_F(mult_interrupt_test, safe_points_lie_close_together) {
     poly_handle p;
     auto check = [&](const char *what, const polynode *a, const polynode *b) {
-        EXPECT_LT(longest_gap_of([&] { poly_mult(a, b, p.slot(), nullptr); }), most) << what;
+        EXPECT_LT(longest_gap_of([&] { poly_mult(a, b, p.slot(), nullptr); }), most_gap) << what;
         free_poly(p.slot());
     };
     poly_handle four(dense(4, 5)), one(dense(1, 30000)), sparse(dense(1, 500)), other(dense(2, 30));
@@ -252,9 +219,9 @@ TEST_F(mult_interrupt_test, safe_points_lie_close_together) {
         check("residues in two variables", plane.get(), plane.get());
     }
     poly_handle base(poly_of("x + y + z + 1"));
-    EXPECT_LT(longest_gap_of([&] { compute_power(base.slot(), 60, nullptr); }), most);
+    EXPECT_LT(longest_gap_of([&] { compute_power(base.slot(), 60, nullptr); }), most_gap);
     poly_handle long_one(poly_of("123456789*x + 987654321*y + 1"));
-    EXPECT_LT(longest_gap_of([&] { compute_power(long_one.slot(), 150, nullptr); }), most);
+    EXPECT_LT(longest_gap_of([&] { compute_power(long_one.slot(), 150, nullptr); }), most_gap);
 }
 
 /* ---- memory ---- */
