@@ -3,10 +3,11 @@
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_mult.h"
+#include "numbers/modular.h"
+#include "poly/divide.h"
 #include "poly/model_work.h"
 #include "poly/mult.h"
 #include "quoly/normal.h"
-#include "quoly/plain_work.h"
 #include "quoly/quoly_numbers.h"
 
 namespace tolvek {
@@ -60,45 +61,14 @@ static void quotient_by_number(const part &n, const part &d, const number *b, qu
 
 /* ---- by a polynomial, in its main variable ---- */
 
-static bool is_unit_here(const polynode *m) {
-    int minus;
-    return is_constant(m) && (lintmode || equal_to_pm1(m->num, &minus));
-}
-
-/* The leading coefficient of b in its main variable, with b's wrappers on it. */
-static void leading_coefficient(const polynode *b, polynode **m) {
-    coefficient head(b);
-    if (b->expo == 0 && !is_constant(b))
-        leading_coefficient(head.get(), m);
-    else
-        poly_assign(head.get(), m);
-    make_monomial(m, 0, *m);
-}
-
-/* *c := what a is multiplied by so that all steps of a division by b are exact: 1 where the leading coefficient of b is a
-   unit, else a power of it. */
-static void multiplier(const polynode *a, const polynode *b, polynode **c) {
-    poly_handle m;
-    leading_coefficient(b, m.slot());
-    int level = poly_level(b);
-    int32_t degree = 0;
-    max_degree(a, level, &degree);
-    int64_t steps = int64_t{degree} - real_degree(b, level) + 1;
-    if (is_unit_here(m.get()) || steps < 1)
-        poly_set(1, m.slot());
-    else
-        compute_power(m.slot(), static_cast<uint32_t>(steps), polynames);
-    m.release_to(c);
-}
-
 /* c * a = q * b + r, the degree of r in b's main variable below that of b. */
 struct division {
     poly_handle q, r, c;
     bool divide(const polynode *a, const polynode *b) {
-        poly_handle multiple;
-        multiplier(a, b, c.slot());
-        poly_mult(a, c.get(), multiple.slot(), polynames);
-        return quotient_and_rest(multiple.get(), b, q.slot(), r.slot());
+        int32_t inverse;
+        if (modularmode && !find_inverse(leading_coef(b)->num->lint_val, &inverse)) return false;
+        poly_mod_and_div(a, b, q.slot(), r.slot(), c.slot(), polynames);
+        return true;
     }
 };
 

@@ -3,8 +3,8 @@
 
 #include "display/progress.h"
 #include "gcd/gcd.h"
+#include "gcd/rough_gcd.h"
 #include "poly/divide.h"
-#include "quoly/plain_divisor.h"
 #include "top/text_io.h"
 
 #include <cassert>
@@ -14,7 +14,7 @@ namespace tolvek {
 /* Over floats the divisor counts that divides to within rounding, in several variables too; Lpolygcd finds there what
    divides exactly. It wants its operands by address: while laurent is on it sets parts of them aside for a time. */
 static void gcd_with_all_tests(const polynode *a, const polynode *b, polynode **g) {
-    if (flotemode) return plain_gcd(a, b, g);
+    if (flotemode) return rough_gcd(a, b, g, polynames);
     polynode *u = const_cast<polynode *>(a), *v = const_cast<polynode *>(b);
     Lpolygcd(&u, &v, g, 1, polynames);
 }
@@ -41,7 +41,7 @@ struct reduction {
 /* ---- exact division ---- */
 
 static bool divides(const polynode *a, const polynode *g, poly_handle &q) {
-    if (flotemode) return rough_quotient(a, g, q.slot());
+    if (flotemode) return rough_poly_divide(a, g, q.slot(), polynames);
     if (!is_constant(g)) return trial_poly_divide(a, g, q.slot(), polynames, 0);
     int failed = 0;
     gen_poly_divide(a, g, q.slot(), polynames, &failed);

@@ -5,7 +5,7 @@
    and under `verbose` a warning tells so. After most_reductions rounds the divisor is 1: the value stays right, and is
    not in lowest terms.
 
-   Over floats the quotient by rough_quotient counts and its remainder does not. If the degrees forbid that, the
+   Over floats the quotient by rough_poly_divide counts and its remainder does not. If the degrees forbid that, the
    divisor becomes 1 at once.
 
    a and b come back unchanged; *a2 may hold a, *b2 may hold b, which go when both cofactors are complete. *g is what was
@@ -22,7 +22,7 @@ constexpr int most_reductions = 20;
 void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2);
 
 /* *g := the greatest common divisor that values are reduced by, of two polynomials that are no constants. It is
-   Lpolygcd, and plain_gcd over floats; tests put another one in its place, which counts or lies. */
+   Lpolygcd, and rough_gcd over floats; tests put another one in its place, which counts or lies. */
 extern void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g);
 
 } // namespace tolvek

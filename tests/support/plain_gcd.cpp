@@ -1,19 +1,119 @@
-/* Greatest common divisors by pseudo-remainders of primitive parts. */
-#include "quoly/plain_divisor.h"
+#include "support/plain_gcd.h"
 
+#include "numbers/handles.h"
+#include "numbers/int_gcd.h"
 #include "numbers/modular.h"
 #include "poly/add.h"
 #include "poly/model_work.h"
 #include "poly/mult.h"
-#include "quoly/plain_work.h"
-#include "top/interrupts.h"
-#include "top/stack_limit.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace tolvek {
+
+/* The coefficient of a term as a polynomial of the next level: a look at it. */
+class coefficient {
+  public:
+    explicit coefficient(const polynode *t) : seen(t->is_number ? &lone : t->poly) {
+        if (t->is_number) lone = {0, 1, nullptr, {t->num}};
+    }
+    coefficient(const coefficient &) = delete;
+    coefficient &operator=(const coefficient &) = delete;
+    const polynode *get() const { return seen; }
+
+  private:
+    const polynode *seen;
+    polynode lone{};
+};
+
+/* ---- by a number ---- */
+
+static bool number_divides(const number *c, const polynode *a) {
+    int32_t inverse;
+    if (lintmode) return find_inverse(c->lint_val, &inverse);
+    number_handle content, common;
+    find_gcdcoefs(a, &content);
+    binary_gcd(&content, c, &common);
+    number_handle magnitude;
+    abs_val_num(c, &magnitude);
+    return equal(&common, &magnitude);
+}
+
+static bool quotient_by_number(const polynode *a, const number *c, polynode **q) {
+    if (!number_divides(c, a)) return false;
+    poly_handle quotient;
+    poly_assign(a, quotient.slot());
+    num_poly_quot(quotient.slot(), c);
+    quotient.release_to(q);
+    return true;
+}
+
+/* ---- term by term ---- */
+
+/* b is below the main variable of a: each coefficient is divided by the one of b. */
+static bool divide_coefficients(const polynode *a, const polynode *b, polynode **q) {
+    growing_list quotient;
+    coefficient below(b);
+    for (const polynode *t = a; t; t = t->next) {
+        polynode *c = nullptr, *term = nullptr;
+        if (!plain_quotient(coefficient(t).get(), below.get(), &c)) return false;
+        make_monomial(&term, t->expo, c);
+        if (!poly_iszero(term))
+            quotient.append(term);
+        else
+            free_poly(&term);
+    }
+    replace_poly(list_or_zero(quotient.release()), q);
+    return true;
+}
+
+static void drop_head(poly_handle &p) {
+    polynode *rest = p->next;
+    p->next = nullptr;
+    poly_handle head(p.release());
+    *p.slot() = list_or_zero(rest);
+}
+
+/* rest := rest - term * b, both without their leading terms, which cancel. */
+static void subtract_multiple(poly_handle &rest, const polynode *term, const polynode *b) {
+    drop_head(rest);
+    if (!b->next) return;
+    poly_handle multiple;
+    poly_mult(term, b->next, multiple.slot(), nullptr);
+    best_poly_sub(rest.release(), multiple.release(), rest.slot());
+}
+
+/* The classical division; what is left behind comes back in `rest`. */
+static bool divide_lists(const polynode *a, const polynode *b, polynode **q, poly_handle &rest) {
+    growing_list quotient;
+    coefficient leading(b);
+    poly_assign(a, rest.slot());
+    while (!is_constant(rest.get()) && rest->expo >= b->expo) {
+        polynode *c = nullptr;
+        poly_handle term;
+        if (!plain_quotient(coefficient(rest.get()).get(), leading.get(), &c)) return false;
+        make_monomial(term.slot(), rest->expo - b->expo, c);
+        if (poly_iszero(term.get())) {
+            drop_head(rest);
+            continue;
+        }
+        subtract_multiple(rest, term.get(), b);
+        quotient.append(term.release());
+    }
+    replace_poly(list_or_zero(quotient.release()), q);
+    return true;
+}
+
+bool plain_quotient(const polynode *a, const polynode *b, polynode **q) {
+    if (is_constant(b)) return quotient_by_number(a, b->num, q);
+    if (poly_iszero(a)) return poly_set(0, q), true;
+    if (is_constant(a) || a->expo < b->expo) return false;
+    if (b->expo == 0) return divide_coefficients(a, b, q);
+    poly_handle quotient, rest;
+    if (!divide_lists(a, b, quotient.slot(), rest) || !poly_iszero(rest.get())) return false;
+    quotient.release_to(q);
+    return true;
+}
 
 /* ---- the form of an answer ---- */
 
@@ -25,62 +125,10 @@ static void set_answer_form(poly_handle &g) {
         return;
     }
     int32_t inverse;
-    bool is_unit = flotemode || (modularmode && find_inverse(leading->lint_val, &inverse));
-    if (!is_unit) return;
+    if (!find_inverse(leading->lint_val, &inverse)) return;
     number_handle c;
     num_assign(leading, &c);
     num_poly_quot(g.slot(), &c);
-}
-
-/* ---- floats ---- */
-
-/* NaN counts as infinite. */
-static long double largest(const polynode *p) {
-    long double most = 0;
-    for (; p; p = p->next) {
-        long double x = p->is_number ? std::fabs(p->num->flote_val) : largest(p->poly);
-        if (std::isnan(x)) return HUGE_VALL;
-        most = std::max(most, x);
-    }
-    return most;
-}
-
-/* p without the numbers below the bound. */
-static polynode *without_noise(const polynode *p, long double bound) {
-    growing_list kept;
-    for (; p; p = p->next) {
-        coefficient c(p);
-        polynode *cleared = nullptr, *term = nullptr;
-        if (!p->is_number)
-            cleared = without_noise(p->poly, bound);
-        else if (std::fabs(p->num->flote_val) >= bound)
-            node_assign(c.get(), &cleared);
-        else
-            poly_set(0, &cleared);
-        make_monomial(&term, p->expo, cleared);
-        if (poly_iszero(term))
-            free_poly(&term);
-        else
-            kept.append(term);
-    }
-    return list_or_zero(kept.release());
-}
-
-/* The largest number becomes 1. */
-static void scale_flotes(poly_handle &p) {
-    number size{};
-    size.flote_val = largest(p.get());
-    if (size.flote_val > 0 && std::isfinite(size.flote_val)) num_poly_quot(p.slot(), &size);
-}
-
-/* Is p = q g but for rounding? */
-static bool divides_roughly(const polynode *p, const polynode *g) {
-    poly_handle q, rest;
-    if (!rough_quotient(p, g, q.slot())) return false;
-    poly_mult(q.get(), g, rest.slot(), nullptr);
-    long double size = std::max(largest(p), largest(rest.get()));
-    poly_sub(p, rest.get(), rest.slot());
-    return largest(rest.get()) <= size * flote_noise;
 }
 
 /* ---- contents ---- */
@@ -99,20 +147,13 @@ static void plain_content(const polynode *p, polynode **c) {
     content.release_to(c);
 }
 
-static void divide_exactly(const polynode *a, const polynode *b, polynode **q) {
-    if (flotemode)
-        rough_quotient(a, b, q);
-    else
-        exact_quotient(a, b, q);
-}
-
 /* *c := the content, *p := the primitive part. A constant has itself as its content. */
 static void split_content(poly_handle &p, polynode **c) {
     plain_content(p.get(), c);
     poly_handle as_wrapper;
     poly_assign(*c, as_wrapper.slot());
     make_monomial(as_wrapper.slot(), 0, as_wrapper.release());
-    if (!poly_eq_1(as_wrapper.get())) divide_exactly(p.get(), as_wrapper.get(), p.slot());
+    if (!poly_eq_1(as_wrapper.get())) plain_quotient(p.get(), as_wrapper.get(), p.slot());
 }
 
 /* ---- remainders ---- */
@@ -143,7 +184,6 @@ static void multiply(poly_handle &p, const polynode *factor, int32_t shift) {
    structure. */
 static void pseudo_remainder(poly_handle &u, const polynode *v) {
     while (!is_constant(u.get()) && u->expo >= v->expo) {
-        safe_point();
         poly_handle of_rest, of_v, multiple;
         make_factors(u.get(), v, of_rest, of_v);
         int32_t shift = u->expo - v->expo;
@@ -161,16 +201,9 @@ static bool has_main_variable(const polynode *p) { return !is_constant(p) && p->
 /* u := the GCD of primitive u and v, both with the main variable, but for a factor of the ring. */
 static void primitive_gcd(poly_handle &u, poly_handle &v) {
     if (u->expo < v->expo) std::swap(*u.slot(), *v.slot());
-    if (images_are_coprime(u.get(), v.get())) {
-        poly_set(1, u.slot());
-        return;
-    }
     for (;;) {
-        if (flotemode) scale_flotes(u);
         if (lintmode) set_answer_form(v);
-        long double bound = flotemode ? std::max(largest(u.get()), largest(v.get())) * flote_noise : 0;
         pseudo_remainder(u, v.get());
-        if (flotemode) *u.slot() = without_noise(poly_handle(u.release()).get(), bound);
         if (poly_iszero(u.get())) break;
         if (!has_main_variable(u.get())) {
             poly_set(1, v.slot());
@@ -192,19 +225,6 @@ static void gcd_with_constant(const polynode *a, const polynode *b, poly_handle 
     find_gcdcoefs(a, &x);
     find_gcdcoefs(b, &y);
     binary_gcd(&x, &y, g->num);
-}
-
-static bool takes_divisor(const polynode *a, const polynode *b, poly_handle &g) {
-    poly_handle q;
-    if (!exact_quotient(a, b, q.slot())) return false;
-    poly_assign(b, g.slot());
-    return true;
-}
-
-/* Modulo a composite number, and for 32-bit integers. */
-static void gcd_by_division(const polynode *a, const polynode *b, poly_handle &g) {
-    if (takes_divisor(a, b, g) || takes_divisor(b, a, g)) return;
-    poly_set(1, g.slot());
 }
 
 /* Only one of the two has the main variable, or none: the GCD lies below it. */
@@ -230,10 +250,7 @@ static void gcd_of_lists(const polynode *a, const polynode *b, poly_handle &g) {
     u.release_to(g.slot());
 }
 
-static bool has_coefficient_quotients() { return !lintmode || flotemode || (modularmode && mod_is_prime()); }
-
 void plain_gcd(const polynode *a, const polynode *b, polynode **result) {
-    check_stack();
     poly_handle g;
     if (poly_iszero(a) || poly_iszero(b))
         poly_assign(poly_iszero(a) ? b : a, g.slot());
@@ -241,17 +258,11 @@ void plain_gcd(const polynode *a, const polynode *b, polynode **result) {
         gcd_with_constant(a, b, g);
     else if (poly_equal(a, b))
         poly_assign(a, g.slot());
-    else if (!has_coefficient_quotients())
-        gcd_by_division(a, b, g);
-    else if (flotemode && !(std::isfinite(largest(a)) && std::isfinite(largest(b))))
-        poly_set(1, g.slot());
     else if (!has_main_variable(a) || !has_main_variable(b))
         gcd_below(a, b, g);
     else
         gcd_of_lists(a, b, g);
     set_answer_form(g);
-    if (flotemode && !is_constant(g.get()) && !(divides_roughly(a, g.get()) && divides_roughly(b, g.get())))
-        poly_set(1, g.slot());
     g.release_to(result);
 }
 
