@@ -1,6 +1,8 @@
 /* Polynomials, and polynomials over integers, as values: sums, products, quotients by numbers, powers. */
 #include "quoly/quoly.h"
 
+#include "left_operations.h"
+
 #include "language/names.h"
 #include "numbers/int_gcd.h"
 #include "poly/canonical.h"
@@ -76,12 +78,6 @@ void rand_value(test_random &rnd, quoly_handle &q) {
     }
     if (!lintmode && rnd.one_in(2)) poly_set(1 + rnd.below(12), den.slot());
     fraction_to_value(num, den, q.slot());
-}
-
-quolynode *copy_of(const quoly_handle &q) {
-    quolynode *copy = nullptr;
-    quoly_assign(q.get(), &copy);
-    return copy;
 }
 
 } // namespace
@@ -293,44 +289,11 @@ TEST_F(fractions_test, a_variable_is_a_value_by_its_level) {
 
 /* ---- left at a safe point ---- */
 
-static int points_left;
-
 TEST_F(fractions_test, operations_that_are_left_lose_no_record_and_leave_kept_operands_whole) {
     quoly_handle a, b;
     set_fraction(a, "x^3*y + 2*x*y^2 + 5*z + 1", "6");
     set_fraction(b, "4*x^3*y + 2*x*y - 9*z + 3", "4");
-    std::string text_a = text_of(a.get()), text_b = text_of(b.get());
-    records_in_use found = count_records_in_use();
-    for (int n = 0, finished = 0; !finished; n++) {
-        ASSERT_LT(n, 10000);
-        finished = 1;
-        for (int how = 0; how < 5; how++) {
-            quoly_handle x, r;
-            *x.slot() = copy_of(a);
-            quolynode *y = copy_of(b);
-            points_left = n;
-            watch_safe_points([] {
-                if (points_left-- == 0) throw 1;
-            });
-            try {
-                if (how == 0) quoly_sub(a.get(), b.get(), r.slot());
-                if (how == 1) quoly_mult(a.get(), b.get(), r.slot());
-                if (how == 2) {
-                    quolynode *consumed = x.release();
-                    better_quoly_sub(consumed, b.get(), r.slot());
-                }
-                if (how == 3) best_quoly_sub(x.slot(), std::exchange(y, nullptr));
-                if (how == 4) fast_quoly_mult(x.slot(), b.get());
-            } catch (int) {
-                finished = 0;
-            }
-            watch_safe_points(nullptr);
-            free_quoly(&y);
-            EXPECT_EQ(text_of(a.get()), text_a);
-            EXPECT_EQ(text_of(b.get()), text_b);
-        }
-        EXPECT_EQ(count_records_in_use(), found);
-    }
+    leave_operations(a, b, sums_and_products);
 }
 
 /* ---- at the prompt ---- */
