@@ -89,6 +89,7 @@ static bool read_bare() {
 
 static void read_answer() {
     answer.given = false;
+    if (!input_ended(Input)) Input->inside_line = true; /* the answer's line is dropped, an empty one too */
     if (at_line_end(Input)) {
         answer.given = true; /* an empty name, which is refused as such */
         return;
