@@ -113,7 +113,7 @@ void showint(text_out *out, const number *x, int first_bare, int pad, int is_dec
 
 static void display_small(text_out *out, int32_t shown, int *column, int blank_after_minus) {
     int64_t v = shown;
-    if (modularmode && alt_form_display && shown > half_modulus) v -= modulus;
+    if (modularmode && alt_form_display && !finf && shown > half_modulus) v -= modulus;
     if (blank_after_minus && v < 0) {
         put_text(out, "- ");
         v = -v;

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -47,6 +48,7 @@ bool open_output(const char *name) {
         tell_failure(name, errno);
         return false;
     }
+    std::signal(SIGXFSZ, SIG_IGN); /* a file that has become too large is a write that fails */
     file = text_out(fd);
     settled = 0;
     outpuf = &file;

@@ -21,6 +21,8 @@
 #include "language/stored.h"
 #include "matrix/arrays.h"
 #include "matrix/sparse.h"
+#include "numbers/number_decimal.h"
+#include "top/defaults.h"
 #include "top/driver.h"
 #include "top/file_names.h"
 #include "top/guards.h"
@@ -186,7 +188,15 @@ static void save_arrays(text_out *out) {
 
 /* ---- the state ---- */
 
+/* The margin and the signs of residues are not saved: the text is the same with any of them. Elements of a table field
+   have no signs. */
+struct plain_display {
+    kept_value<int> margin{dispcutoff, find_setting(&dispcutoff)->value};
+    kept_value<int> signs{alt_form_display, finf ? 0 : find_setting(&alt_form_display)->value};
+};
+
 void write_state(text_out *out) {
+    plain_display display;
     save_settings(out, settings_before_prompt);
     save_prompt(out);
     save_settings(out, settings_behind_prompt);

@@ -55,6 +55,11 @@ constexpr int lagrange_rows = 37;
 /* x := the next number: a chain. False, with x := 0, where the file does not hold one. */
 bool direct_number_read(number *x);
 bool direct_integer_read(int32_t *value); /* a degree */
+/* *p := the next polynomial of level 1: its degree and its coefficients from the leading one down; terms that are 0 are
+   left out. *q := the next quotient: a denominator, which is dropped when it is 1, and a polynomial. Both in the chain
+   form. False, with the old value gone and 0 in its place, where the file does not hold one (top/direct_read.cpp). */
+bool direct_poly_read(polynode **p);
+bool direct_quoly_read(quolynode **q);
 
 /* ---- constants ---- */
 
