@@ -45,6 +45,8 @@ void fact(stream *input, place &at, quolynode **result, name **cursor, int keep_
 void old_expre(stream *input, quolynode **result, name **cursor);
 void old_term(stream *input, quolynode **result, name **cursor);
 void old_fact(stream *input, quolynode **result, name **cursor);
+/* A factor without the operators behind it, and without "*" in front. */
+void bare_fact(stream *input, quolynode **result, name **cursor);
 
 /* Continue an expression whose first factor is already in the result. */
 void half_expre(stream *input, quolynode **result, name **cursor);
@@ -54,6 +56,20 @@ void half_fact(stream *input, quolynode **result, name **cursor);
 /* The exponent behind ^, read outside the modular ring. Mode 1: one factor; mode 0: a whole sum, computed exactly.
    Error 116: not a number. */
 void get_exponent(stream *input, name **cursor, number *out, int mode);
+
+/* Values for the first variables, behind "#": one factor, or several values in parentheses. */
+class evaluation_point {
+  public:
+    /* Reads them; values[] := those that are used, at most number_polys: how many. Error 278. */
+    int read(stream *input, name **cursor, const quolynode **values);
+
+  private:
+    void read_values(stream *input, name **cursor);
+    void read_value(stream *input, name **cursor);
+
+    quoly_handle value[most_variables];
+    int count = 0;
+};
 
 /* Makes the result hold the value: a copy of what is at the place, or 0 when nothing is. */
 void own_value(place &at, quolynode **result);

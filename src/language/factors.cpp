@@ -4,6 +4,7 @@
 #include "language/flote_functions.h"
 #include "language/functions.h"
 #include "language/run.h"
+#include "matrix/array_expressions.h"
 #include "matrix/elements.h"
 #include "matrix/slots.h"
 #include "numbers/handles.h"
@@ -225,57 +226,48 @@ static void factorial_of(factor &f) {
     if (is_number) factorial((*f.result)->numb);
 }
 
-/* Values for the first variables: one factor, or several values in parentheses. */
-struct evaluation_point {
-    quoly_handle value[most_variables];
-    int count = 0;
-
-    void read(factor &f);
-
-  private:
-    void read_value(factor &f);
-};
-
-void evaluation_point::read_value(factor &f) {
+void evaluation_point::read_value(stream *input, name **cursor) {
     if (count == most_variables) error(278, token);
     count = minn(count, most_variables - 1);
-    old_expre(f.input, value[count].slot(), f.cursor);
+    old_expre(input, value[count].slot(), cursor);
     count++;
 }
 
 /* One value in parentheses is a factor like any other, with postfix operators of its own. */
-void evaluation_point::read(factor &f) {
+void evaluation_point::read_values(stream *input, name **cursor) {
     held_value polynomial;
     if (!token_is(token, "(")) {
-        old_fact(f.input, value[count++].slot(), f.cursor);
+        old_fact(input, value[count++].slot(), cursor);
         return;
     }
-    f.read_on();
-    read_value(f);
+    scanner(input, token, cursor);
+    read_value(input, cursor);
     bool several = token_is(token, ",");
     while (token_is(token, ",")) {
         held_value left;
-        f.read_on();
-        read_value(f);
+        scanner(input, token, cursor);
+        read_value(input, cursor);
     }
-    require(")", 1, f.input, f.cursor);
-    if (!several) half_fact(f.input, value[0].slot(), f.cursor);
+    require(")", 1, input, cursor);
+    if (!several) half_fact(input, value[0].slot(), cursor);
 }
 
 /* More values than there are variables are an error; a single one is none, since numbers stay as they are. */
+int evaluation_point::read(stream *input, name **cursor, const quolynode **values) {
+    read_values(input, cursor);
+    if (count > 1 && count > number_polys) error(278, token);
+    const int used = minn(count, number_polys);
+    for (int i = 0; i < used; i++) values[i] = value[i].get();
+    return used;
+}
+
 static void evaluation(factor &f) {
     f.read_on();
-    if (token_is(token, "[")) {
-        error(175, token); /* the system array is empty */
-        return;
-    }
     (f.moving ? move_value : own_value)(f.at, f.result);
+    if (token_is(token, "[")) return evaluate_into_syst_array(f.input, f.cursor, f.result);
     evaluation_point point;
-    point.read(f);
-    if (point.count > 1 && point.count > number_polys) error(278, token);
     const quolynode *values[most_variables];
-    const int count = minn(point.count, number_polys);
-    for (int i = 0; i < count; i++) values[i] = point.value[i].get();
+    const int count = point.read(f.input, f.cursor, values);
     get_evalquoly(f.result, values, count);
 }
 
@@ -304,13 +296,17 @@ static bool read_move_flag(stream *input, name **cursor) {
     return false;
 }
 
-static void read_factor(factor &f) {
+static void read_bare_factor(factor &f) {
     check_stack();
     safe_point();
     free_quoly(f.result);
     f.at = {};
     readers.of[first_char(token)](f);
     if (*f.result) f.at.slot = f.result;
+}
+
+static void read_factor(factor &f) {
+    read_bare_factor(f);
     read_postfix(f);
     if (*f.result) f.at.slot = f.result;
 }
@@ -329,6 +325,13 @@ void old_fact(stream *input, quolynode **result, name **cursor) {
     read_factor(f);
     if (moving && *result) tolvek_error("eatstorage and n <> nil in old_fact.", 1);
     (moving ? move_value : own_value)(at, result);
+}
+
+void bare_fact(stream *input, quolynode **result, name **cursor) {
+    place at;
+    factor f{input, at, result, cursor, false};
+    read_bare_factor(f);
+    own_value(at, result);
 }
 
 void half_fact(stream *input, quolynode **result, name **cursor) {

@@ -16,8 +16,15 @@ void arr_expre(stream *input, name **cursor, matrix_value &result);
 void arr_term(stream *input, name **cursor, matrix_value &result);
 void arr_fact(stream *input, name **cursor, matrix_value &result);
 
-/* Continues an expression whose first factor is in the result; ^ or # in `token` still applies to it. */
+/* Continues an expression whose first factor is in the result; a postfix operator in `token` still applies to it. */
 void half_arr_expre(stream *input, name **cursor, matrix_value &result);
+/* Reads the postfix operator behind a factor, if there is one: ^ and #, behind a scalar also ! and ". */
+void half_arr_fact(stream *input, name **cursor, matrix_value &result);
+
+/* A polynomial at a matrix, behind "#" with "[" as the token. The scalar p becomes the matrix. Errors 186, 241. */
+void evaluate_at_array(stream *input, name **cursor, matrix_value &p);
+/* The same behind a scalar factor: the matrix goes to the system array, and *q becomes 0. */
+void evaluate_into_syst_array(stream *input, name **cursor, quolynode **q);
 
 /* An expression as a statement: a matrix goes to the system array, and *result is 0;
    a scalar is the result. */
@@ -30,6 +37,5 @@ struct known_shape {
     bool of_target = false; /* not known to a diagonal [n] */
 };
 extern known_shape shape_at_hand;
-extern int want_sparse; /* the right side of an assignment to a sparse array is being read */
 
 } // namespace tolvek

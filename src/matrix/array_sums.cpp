@@ -140,28 +140,4 @@ void add_values(matrix_value &a, matrix_value &b, bool minus) {
     b.clear();
 }
 
-/* ---- negatives ---- */
-
-static void negate_rows(matrix_value &m) {
-    row_walk walk(m.sparse);
-    for (int32_t r = 0; r < m.rows; r++, walk.next()) {
-        safe_point();
-        for (colm *c = *walk; c; c = c->next) quoly_inplace(c->value);
-    }
-}
-
-void negate_value(matrix_value &m) {
-    if (m.is_scalar()) {
-        quoly_inplace(m.scalar.get());
-        return;
-    }
-    m.own();
-    m.fill_holes();
-    if (m.is_sparse()) return negate_rows(m);
-    for (int64_t i = 0; i < m.size; i++) {
-        safe_point();
-        quoly_inplace(m.cell(i));
-    }
-}
-
 } // namespace tolvek

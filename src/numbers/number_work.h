@@ -72,9 +72,9 @@ struct growing_chain {
             return;
         }
         while (len > 1 && top.next->digit == 0) {
-            numnode *zero = top.next;
-            top.next = zero->next;
-            push_digit(zero);
+            numnode *dropped = top.next;
+            top.next = dropped->next;
+            push_digit(dropped);
             len--;
         }
     }
