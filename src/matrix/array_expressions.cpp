@@ -2,7 +2,6 @@
 #include "matrix/array_expressions.h"
 
 #include "language/char_sets.h"
-#include "language/execution.h"
 #include "language/expressions.h"
 #include "matrix/array_arithmetic.h"
 #include "top/guards.h"

@@ -8,6 +8,7 @@
    and give back what is in flight. */
 #pragma once
 
+#include "language/execution.h" /* want_sparse: the right side of an assignment to a sparse array is being read */
 #include "matrix/matrix_value.h"
 
 namespace tolvek {

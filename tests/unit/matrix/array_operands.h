@@ -89,9 +89,9 @@ inline bool same_matrix(const matrix_value &m, const model &expected) {
     if (m.is_sparse() && !is_regular(m.sparse, m.rows, expected.cols)) return false;
     for (int64_t r = 0; r < m.rows; r++)
         for (int64_t c = 0; c < expected.cols; c++) {
-            const quolynode *q = m.is_sparse() ? spar_retrieve(m.sparse, static_cast<int32_t>(r) + 1,
-                                                               static_cast<int32_t>(c) + 1)
-                                               : m.cell(c * m.rows + r);
+            const quolynode *q = m.is_sparse()
+                                     ? spar_retrieve(m.sparse, static_cast<int32_t>(r) + 1, static_cast<int32_t>(c) + 1)
+                                     : m.cell(c * m.rows + r);
             if (!has_value(q, expected.cell(r, c))) return false;
         }
     return true;
@@ -123,9 +123,9 @@ inline array_record *store_model(const std::string &text, const model &m) {
 struct array_fixture : fresh_exact_system {
     void SetUp() override {
         fresh_exact_system::SetUp();
-        note_books();
+        run("c := 4; &(J = t); &(J = u)");
+        in_use = count_records_in_use();
     }
-    void note_books() { in_use = count_records_in_use(); }
     void TearDown() override {
         forget_arrays();
         EXPECT_TRUE(balanced(in_use));
