@@ -30,7 +30,8 @@ void evaluate_entries(matrix_value &m, const quolynode *const *values, int count
 /* ---- the operators of a term (array_products.cpp) ---- */
 
 /* a op b for op one of * / \ | _. `*` of two matrices is their product when the columns of a are as many as the rows of b,
-   otherwise entry by entry. Errors: 39, 43, 111, 112, 113, 191 sparse matrices entry by entry, 242. */
+   otherwise entry by entry. `/` by a square matrix that a product with a could have is the product with its inverse.
+   Errors: 39, 43, 44, 89, 111, 112, 113, 191 sparse matrices entry by entry, 242. */
 void multiply_values(int op, matrix_value &a, matrix_value &b);
 
 /* a _ b: beside or below each other, or a scalar behind or in front of the entries (array_joins.cpp). */
@@ -49,7 +50,9 @@ void fast_mat_mult(const matrix_value &a, const matrix_value &b, matrix_value &r
 
 /* ---- powers (array_powers.cpp) ---- */
 
-/* m^e for a square matrix. Error 172. */
+/* m := the inverse of the square matrix. Errors 44 singular, 250. */
+void invert_matrix(matrix_value &m);
+/* m^e for a square matrix, by the inverse for e below 0. Errors 44, 172. */
 void matrix_power(matrix_value &m, const number *exponent);
 /* The same for a dense matrix, squares by fast_mat_mult. Errors 172, 242. */
 void alt_mat_power(matrix_value &m, const number *exponent);

@@ -2,7 +2,9 @@
 #include "language/scanner.h"
 #include "matrix/array_arithmetic.h"
 #include "matrix/array_map.h"
+#include "matrix/determinant.h"
 #include "numbers/flat_value.h"
+#include "numbers/handles.h"
 #include "poly/coefficients.h"
 
 #include <cmath>
@@ -18,6 +20,12 @@ static void check_square(const matrix_value &m, int n) {
 static bool is_negative(const number *e) {
     if (flotemode) return e->flote_val < 0;
     return (lintmode ? e->lint_val : e->num_head->digit) < 0;
+}
+
+/* *r := -e, which is an integer in every ring. */
+static void integer_opposite(const number *e, number *r) {
+    modular_pause pause;
+    makeneg(e, r);
 }
 
 /* The bits of an exponent of 0 or above. */
@@ -43,6 +51,32 @@ class exponent_bits {
     }
     flat_value magnitude;
 };
+
+/* ---- inverses ---- */
+
+/* The inverse of a sparse matrix is computed as a dense one. */
+static void keep_entries(matrix_value &m) {
+    sparse_handle kept(m.rows);
+    row_walk walk(kept.get());
+    for (int32_t r = 0; r < m.rows; r++, walk.next()) {
+        row_builder row(&*walk);
+        for (int32_t c = 0; c < m.cols(); c++) {
+            quoly_handle value;
+            *value.slot() = m.cell(int64_t{c} * m.rows + r);
+            m.cell(int64_t{c} * m.rows + r) = nullptr;
+            row.add(c + 1, value);
+        }
+    }
+    m.make_sparse(kept.release(), m.rows, m.rows);
+}
+
+void invert_matrix(matrix_value &m) {
+    m.fill_holes();
+    const bool sparse = m.is_sparse();
+    m.to_dense();
+    mat_inverse(m);
+    if (sparse) keep_entries(m);
+}
 
 /* ---- powers ---- */
 
@@ -85,18 +119,21 @@ static void power_by_bits(matrix_value &m, const exponent_bits &e, product_routi
 
 static void no_reduction(matrix_value &) {}
 
-static void power_or_error(matrix_value &m, const number *exponent, product_routine square) {
+static void any_power(matrix_value &m, const number *exponent, product_routine square) {
     check_square(m, 172);
-    if (is_negative(exponent)) array_error(198, token);
-    power_by_bits(m, exponent_bits(exponent), square, no_reduction);
+    if (!is_negative(exponent)) return power_by_bits(m, exponent_bits(exponent), square, no_reduction);
+    number_handle opposite;
+    integer_opposite(exponent, &opposite);
+    invert_matrix(m);
+    power_by_bits(m, exponent_bits(&opposite), square, no_reduction);
 }
 
-void matrix_power(matrix_value &m, const number *exponent) { power_or_error(m, exponent, matrix_product); }
+void matrix_power(matrix_value &m, const number *exponent) { any_power(m, exponent, matrix_product); }
 
 void alt_mat_power(matrix_value &m, const number *exponent) {
     check_square(m, 172);
     if (m.is_sparse()) array_error(242, token);
-    power_or_error(m, exponent, fast_mat_mult);
+    any_power(m, exponent, fast_mat_mult);
 }
 
 /* ---- powers modulo a number ---- */

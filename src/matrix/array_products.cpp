@@ -13,16 +13,20 @@ static void combine_scalars(int op, matrix_value &a, matrix_value &b) {
         quoly_mod_or_div(a.scalar.get(), b.scalar.get(), a.scalar.slot(), op);
 }
 
-/* Quotients by square matrices wait for inverses. */
-static void quotient_by_matrix() { array_error(44, token); }
+/* b := its inverse. Error 89: no work array is left for it. */
+static void invert_divisor(matrix_value &b) {
+    if (first_available > work_arrays) array_error(89, token);
+    invert_matrix(b);
+}
 
 static void scalar_with_matrix(int op, matrix_value &a, matrix_value &b) {
-    if (op == '*') {
+    const bool quotient = op == '/' && b.is_square();
+    if (quotient) invert_divisor(b);
+    if (op == '*' || quotient) {
         entries_with_scalar('*', b, a.scalar.get());
         a.take(b);
         return;
     }
-    if (op == '/' && b.is_square()) quotient_by_matrix();
     if (b.is_sparse()) array_error(242, token);
     entrywise(op, a, b);
 }
@@ -34,9 +38,9 @@ static void combine_entries(int op, matrix_value &a, matrix_value &b) {
 }
 
 static void combine_matrices(int op, matrix_value &a, matrix_value &b) {
-    const bool chain = a.cols() == b.rows;
-    if (op == '/' && chain && b.is_square()) quotient_by_matrix();
-    if (op != '*' || !chain) return combine_entries(op, a, b);
+    const bool chain = a.cols() == b.rows, quotient = op == '/' && chain && b.is_square();
+    if (!(op == '*' && chain) && !quotient) return combine_entries(op, a, b);
+    if (quotient) invert_divisor(b);
     matrix_value product;
     a.fill_holes();
     b.fill_holes();
