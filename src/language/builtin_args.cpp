@@ -1,6 +1,7 @@
 #include "language/builtin_args.h"
 
 #include "language/names.h"
+#include "matrix/elements.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
 
@@ -72,8 +73,11 @@ quolynode **get_quoly_ptr(builtin_call &call) {
     variable *v = find_variable(wanted);
     call.read_on();
     if (token_is(token, "[")) {
-        error(28, wanted); /* no array exists */
-        return &quol_num_0;
+        place at;
+        quoly_handle missing; /* an element of a sparse array: 0, or a copy, which cannot be changed */
+        new_arretrieve(call.input, call.cursor, wanted, at, missing.slot());
+        if (!at.slot || missing) array_error(244, wanted);
+        return at.slot;
     }
     if (v) return &v->value;
     error(19, wanted);

@@ -25,9 +25,32 @@ void builtin_true(builtin_call &call);
 
 /* ---- arrays (builtins_array.cpp) ---- */
 
-void builtin_array(builtin_call &call);  /* Array x[3], y[2,2] Sparse */
-void builtin_cols(builtin_call &call);   /* Cols[x]: errors 28, 96, 97, 175 */
-void builtin_sparse(builtin_call &call); /* Sparse[x]: an ordinary array turns sparse */
+void builtin_array(builtin_call &call);            /* Array x[3], y[2,2] Sparse */
+void builtin_array_expression(builtin_call &call); /* Trans, Diag: a statement of its own; a matrix goes to [<] */
+void builtin_cols(builtin_call &call);             /* Cols[x]: errors 28, 96, 97, 175 */
+void builtin_determinant(builtin_call &call); /* Det [x]; Det#([x] > e) counts; Det^[x], Det _[x], Det _+[x] places */
+void builtin_iszero(builtin_call &call);      /* Iszero[x], Iszero(e): error 184 */
+void builtin_least_entry(builtin_call &call); /* Detl[x], Detl+[x]: as Det _[x] */
+void builtin_sparse(builtin_call &call);      /* Sparse[x]: an ordinary array turns sparse */
+void builtin_sum_of_entries(builtin_call &call); /* Sumup[x] */
+void builtin_trace(builtin_call &call);          /* Trace[x] */
+void give_cells_of_array(builtin_call &call);    /* Deg[x], with "[" as the token */
+
+/* ---- arrays that change in place (builtins_array_change.cpp) ---- */
+
+void builtin_exchange_columns(
+    builtin_call &call); /* Switchcol([x], i, j), Switchrow: errors 70, 179 to 181, 202, 313 */
+void builtin_exchange_rows(builtin_call &call);
+void builtin_reverse(builtin_call &call);          /* Reverse([x]): the cells, or the rows of a sparse array */
+void builtin_sort(builtin_call &call);             /* Sort([x]): errors 369, 370, 372 */
+void builtin_sparse_transpose(builtin_call &call); /* STrans([x]): error 333 */
+void kill_denominators(builtin_call &call);        /* Killden([x]), with "[" as the token */
+
+/* ---- arrays and polynomials (builtins_array_poly.cpp) ---- */
+
+void builtin_array_to_polynomial(builtin_call &call); /* Poly([x]) */
+void builtin_monomial_list(builtin_call &call);       /* Monlist(p, [x]) */
+void builtin_total_degree(builtin_call &call);        /* Totdeg(p), Totdeg(p, [x]) */
 
 /* ---- numbers (builtins_number.cpp) ---- */
 

@@ -1,23 +1,150 @@
-/* Built-in functions on arrays. */
+/* Built-in functions that look at arrays. What changes them: builtins_array_change.cpp. */
+#include "language/builtin_array_args.h"
 #include "language/builtin_routines.h"
+#include "matrix/array_arithmetic.h"
+#include "matrix/array_statements.h"
+#include "matrix/determinant.h"
 #include "matrix/elements.h"
+#include "top/driver.h"
 
 namespace tolvek {
+
+/* ---- arguments ---- */
+
+void read_array_factor(builtin_call &call, matrix_value &m) {
+    call.read_on();
+    arr_fact(call.input, call.cursor, m);
+}
+
+array_argument::array_argument(builtin_call &call) {
+    if (token_is(token, "*")) {
+        say(" *** Warning. leading * in argument list makes no sense here and was ignored.\n");
+        call.read_on();
+    }
+    if (!token_is(token, "[")) array_error(178, token);
+    left_side(call.input, call.cursor, region, false, 28);
+    existing(region);
+}
+
+array_record *array_argument::whole() const {
+    if (region.sub) array_error(182, region.tok);
+    return region.array;
+}
+
+array_record *array_argument::whole_sparse() const {
+    array_record *a = whole();
+    if (!a->sparse_head) array_error(333, region.tok);
+    return a;
+}
+
+/* ---- statements that are read as factors ---- */
 
 void builtin_array(builtin_call &call) { create_array(call.input, call.cursor); }
 
 void builtin_sparse(builtin_call &call) { make_sparse(call.input, call.cursor); }
 
-void builtin_cols(builtin_call &call) {
-    call.read_on();
-    if (!token_is(token, "[")) array_error(96, token);
+void builtin_array_expression(builtin_call &call) { arr_parse(call.input, call.result, call.cursor); }
+
+/* ---- sizes ---- */
+
+/* [x] or [<]; the token "[" is missing: error no_bracket, "]": no_end. */
+static const array_record *array_in_brackets(builtin_call &call, int no_bracket, int no_end) {
+    if (!token_is(token, "[")) array_error(no_bracket, token);
     call.read_on();
     if (token_is(token, "<") && syst_is_empty()) array_error(175, token);
     const array_record *a = token_is(token, "<") ? &syst : array_seek(token);
     call.read_on();
-    if (!token_is(token, "]")) array_error(97, token);
+    if (!token_is(token, "]")) array_error(no_end, token);
     call.read_on();
-    call.give(a->cols());
+    return a;
 }
+
+void builtin_cols(builtin_call &call) {
+    call.read_on();
+    call.give(array_in_brackets(call, 96, 97)->cols());
+}
+
+void give_cells_of_array(builtin_call &call) { quoly_set_int64(array_in_brackets(call, 178, 24)->size, call.result); }
+
+/* ---- sums and zeros ---- */
+
+void builtin_sum_of_entries(builtin_call &call) {
+    matrix_value m;
+    read_array_factor(call, m);
+    sum_arr(m, call.result);
+}
+
+void builtin_trace(builtin_call &call) {
+    matrix_value m;
+    read_array_factor(call, m);
+    trace_of(m, call.result);
+}
+
+void builtin_iszero(builtin_call &call) {
+    matrix_value m;
+    call.read_on();
+    if (!token_is(token, "[") && !token_is(token, "(")) array_error(184, token);
+    arr_fact(call.input, call.cursor, m);
+    m.fill_holes();
+    call.give(all_zero(m));
+}
+
+/* ---- determinants, counts, extremes ---- */
+
+/* Det#([x] = e) and with > or <: how many entries are so. */
+static void count_by_relation(builtin_call &call) {
+    matrix_value m;
+    call.read_on();
+    if (!token_is(token, "(")) array_error(64, token);
+    read_array_factor(call, m);
+    if (m.is_scalar()) array_error(72, token);
+    const int relation = first_char(token);
+    if (!token_is(token, "=") && !token_is(token, ">") && !token_is(token, "<")) array_error(65, token);
+    quoly_handle value;
+    {
+        held_value matrix;
+        call.read_on();
+        old_expre(call.input, value.slot(), call.cursor);
+    }
+    if (!token_is(token, ")")) array_error(66, token);
+    call.read_on();
+    quoly_set_int64(count_entries(m, relation, value.get()), call.result);
+}
+
+/* The place of an extreme entry as an index of the array, column by column. */
+static void place_of_extreme(builtin_call &call, bool greatest, bool may_be_positive) {
+    matrix_value m;
+    call.read_on();
+    const bool positive = may_be_positive && token_is(token, "+");
+    if (positive) call.read_on();
+    arr_fact(call.input, call.cursor, m);
+    if (m.is_scalar()) array_error(72, token);
+    quoly_set_int64(extreme_entry(m, greatest, positive) + addresser, call.result);
+}
+
+/* Det [x], Det([x]) */
+static void determinant_of(builtin_call &call) {
+    matrix_value m;
+    arr_fact(call.input, call.cursor, m);
+    if (m.is_scalar()) array_error(46, token);
+    if (!m.is_square()) array_error(241, token);
+    m.fill_holes();
+    quoly_set(1, call.result);
+    mat_determinant(m, {}, call.result);
+}
+
+void builtin_determinant(builtin_call &call) {
+    call.read_on();
+    if (token_is(token, "#"))
+        count_by_relation(call);
+    else if (token_is(token, "^"))
+        place_of_extreme(call, true, false);
+    else if (token_is(token, "_"))
+        place_of_extreme(call, false, true);
+    else
+        determinant_of(call);
+}
+
+void builtin_least_entry(builtin_call &call) { place_of_extreme(call, false, true); }
 
 } // namespace tolvek

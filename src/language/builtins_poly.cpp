@@ -340,7 +340,8 @@ static void give_degree(builtin_call &call, bool low) {
     call.read_on();
     if (!token_is(token, "(")) {
         if (token_is(token, "[")) {
-            error(low ? 276 : 28, token);
+            if (!low) return give_cells_of_array(call);
+            error(276, token);
             return;
         }
         old_fact(call.input, call.result, call.cursor);

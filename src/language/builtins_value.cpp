@@ -39,6 +39,7 @@ void builtin_denominator(builtin_call &call) {
 void builtin_kill_denominator(builtin_call &call) {
     check_for_paren(call);
     call.read_on();
+    if (token_is(token, "[") || token_is(token, "*")) return kill_denominators(call);
     changed_argument x(call);
     close_paren(call);
     quoly_handle fresh;
