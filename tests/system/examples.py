@@ -125,7 +125,50 @@ def every_script_has_its_test():
     check(scripts == {test.__name__ + ".tv" for test in TESTS}, str(scripts))
 
 
-TESTS = [newton, loan, convergents, birthdays, squareforms, sturm, resultants]
+def matrix_of(text):
+    """The entries of a matrix that is shown, row by row; the value 0 of the statement stands below it."""
+    rows = [row for row in text.partition("\n\n")[0].split(",\n")]
+    return [[Fraction(entry.replace(" ", "")) for entry in row.split(",")] for row in rows]
+
+
+def product(a, b):
+    return [[sum(x * y for x, y in zip(row, column)) for column in zip(*b)] for row in a]
+
+
+def power(a, n):
+    result = a
+    for _ in range(n - 1):
+        result = product(result, a)
+    return result
+
+
+def markov():
+    shown = values_of("markov.tv", "tolvek-exact")
+    check(len(shown) == 6, str(shown))
+    p = [[Fraction(x, 4) for x in row] for row in ((0, 2, 2), (1, 2, 1), (1, 1, 2))]
+    w = [[Fraction(1, 5), Fraction(2, 5), Fraction(2, 5)]]
+    check(product(w, p) == w, "the row that stays")
+    expected = [power(p, 2), power(p, 7), [[1]] * 3, w, [[0] * 3]]
+    for text, matrix in zip(shown, expected):
+        check(matrix_of(text) == matrix, f"{text}, not {matrix}")
+    furthest = max(abs(x - y) for row in power(p, 14) for x, y in zip(row, w[0]))
+    check(fraction_of(shown[5]) == furthest, f"{shown[5]}, not {furthest}")
+
+
+def walks():
+    shown = values_of("walks.tv", "tolvek-exact")
+    check(len(shown) == 10, str(shown))
+    cycle = [[int((i - j) % 6 in (1, 5)) for j in range(6)] for i in range(6)]
+    cube = [[int((i ^ j) in (1, 2, 4)) for j in range(8)] for i in range(8)]
+    check(matrix_of(shown[0]) == cycle and matrix_of(shown[6]) == cube, "the graphs")
+    trace = [sum(power(cycle, n)[i][i] for i in range(6)) for n in (2, 3, 4, 10, 60)]
+    check(trace[4] == 2 * 2**60 + 4, "eigenvalues are 2, -2, and twice 1 and -1")
+    check([int(text) for text in shown[1:6]] == trace, f"{shown[1:6]}, not {trace}")
+    check(int(shown[7]) == 12 and int(shown[8]) == 2 * 3**6 + 6 == 1464, f"{shown[7:9]}")
+    check(matrix_of(shown[9]) == [[3]] * 8, shown[9])
+
+
+TESTS = [newton, loan, convergents, birthdays, squareforms, sturm, resultants, markov, walks]
 
 
 def main():
