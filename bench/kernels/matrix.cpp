@@ -1,5 +1,5 @@
-/* Products of matrices, each with a check of one entry of its answer. The times stand beside FLINT's and PARI/GP's of the
-   same operands: bench/peers/matrix_flint.cpp. */
+/* Products of matrices, those of dense ones with a check of one entry of the answer. peer_matrix (bench/peers) tells the
+   times of FLINT for the same operands. */
 #include "matrix/array_arithmetic.h"
 #include "matrix/flat_matrix.h"
 #include "numbers/number.h"

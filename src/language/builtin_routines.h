@@ -36,6 +36,13 @@ void builtin_sum_of_entries(builtin_call &call); /* Sumup[x] */
 void builtin_trace(builtin_call &call);          /* Trace[x] */
 void give_cells_of_array(builtin_call &call);    /* Deg[x], with "[" as the token */
 
+/* ---- determinants (builtins_determinant.cpp) ---- */
+
+/* Det [x], Det([x], factor, degree, degree, power); Det#([x] > e) counts; Det^[x], Det _[x] and Det _+[x] tell places.
+   Errors 15, 46, 64 to 66, 119, 227, 241, 351. */
+void builtin_determinant(builtin_call &call);
+void builtin_least_entry(builtin_call &call); /* Detl[x], Detl+[x]: as Det _[x] */
+
 /* ---- arrays that change in place (builtins_array_change.cpp) ---- */
 
 void builtin_exchange_columns(

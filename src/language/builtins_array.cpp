@@ -3,9 +3,7 @@
 #include "language/builtin_routines.h"
 #include "matrix/array_arithmetic.h"
 #include "matrix/array_statements.h"
-#include "matrix/determinant.h"
 #include "matrix/elements.h"
-#include "top/driver.h"
 
 namespace tolvek {
 
@@ -88,63 +86,5 @@ void builtin_iszero(builtin_call &call) {
     m.fill_holes();
     call.give(all_zero(m));
 }
-
-/* ---- determinants, counts, extremes ---- */
-
-/* Det#([x] = e) and with > or <: how many entries are so. */
-static void count_by_relation(builtin_call &call) {
-    matrix_value m;
-    call.read_on();
-    if (!token_is(token, "(")) array_error(64, token);
-    read_array_factor(call, m);
-    if (m.is_scalar()) array_error(72, token);
-    const int relation = first_char(token);
-    if (!token_is(token, "=") && !token_is(token, ">") && !token_is(token, "<")) array_error(65, token);
-    quoly_handle value;
-    {
-        held_value matrix;
-        call.read_on();
-        old_expre(call.input, value.slot(), call.cursor);
-    }
-    if (!token_is(token, ")")) array_error(66, token);
-    call.read_on();
-    quoly_set_int64(count_entries(m, relation, value.get()), call.result);
-}
-
-/* The place of an extreme entry as an index of the array, column by column. */
-static void place_of_extreme(builtin_call &call, bool greatest, bool may_be_positive) {
-    matrix_value m;
-    call.read_on();
-    const bool positive = may_be_positive && token_is(token, "+");
-    if (positive) call.read_on();
-    arr_fact(call.input, call.cursor, m);
-    if (m.is_scalar()) array_error(72, token);
-    quoly_set_int64(extreme_entry(m, greatest, positive) + addresser, call.result);
-}
-
-/* Det [x], Det([x]) */
-static void determinant_of(builtin_call &call) {
-    matrix_value m;
-    arr_fact(call.input, call.cursor, m);
-    if (m.is_scalar()) array_error(46, token);
-    if (!m.is_square()) array_error(241, token);
-    m.fill_holes();
-    quoly_set(1, call.result);
-    mat_determinant(m, {}, call.result);
-}
-
-void builtin_determinant(builtin_call &call) {
-    call.read_on();
-    if (token_is(token, "#"))
-        count_by_relation(call);
-    else if (token_is(token, "^"))
-        place_of_extreme(call, true, false);
-    else if (token_is(token, "_"))
-        place_of_extreme(call, false, true);
-    else
-        determinant_of(call);
-}
-
-void builtin_least_entry(builtin_call &call) { place_of_extreme(call, false, true); }
 
 } // namespace tolvek

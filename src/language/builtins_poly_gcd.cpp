@@ -2,9 +2,11 @@
 #include "gcd/content.h"
 #include "gcd/gcd.h"
 #include "language/builtin_routines.h"
+#include "matrix/array_expressions.h"
 #include "numbers/int_gcd.h"
 #include "poly/divide.h"
 #include "poly/variables.h"
+#include "top/interrupts.h"
 
 namespace tolvek {
 
@@ -97,18 +99,38 @@ static void take_multiple(quolynode **l, const quolynode *x) {
     quoly_abs(l);
 }
 
+/* *l := its least common multiple with a value that has no denominator: error 186. */
+static void take_multiple_of_value(quolynode **l, const quolynode *x) {
+    if (x->is_num || !x->den)
+        take_multiple(l, x);
+    else
+        error(186, token);
+}
+
+/* LCM[x]: of all elements. */
+static void multiple_of_elements(builtin_call &call) {
+    matrix_value m;
+    arr_fact(call.input, call.cursor, m);
+    if (m.is_sparse() && sparse_count(m.sparse, m.rows) < m.size) return call.give(0); /* 0 is among them */
+    m.to_dense();
+    m.fill_holes();
+    for (int64_t i = 0; i < m.size; i++) {
+        safe_point();
+        take_multiple_of_value(call.result, m.cell(i));
+    }
+}
+
 void builtin_lcm(builtin_call &call) {
     if (lintmode) say(" Warning.  LCM called in longint/modular mode.\n");
     call.give(1);
-    check_for_paren(call);
+    call.read_on();
+    if (token_is(token, "[")) return multiple_of_elements(call);
+    if (!token_is(token, "(")) error(177, token);
     do {
         argument value;
         call.read_on();
         value.read(call);
-        if (value.is_number() || !value.get()->den)
-            take_multiple(call.result, value.get());
-        else
-            error(186, token);
+        take_multiple_of_value(call.result, value.get());
     } while (token_is(token, ","));
     close_paren(call);
 }

@@ -59,6 +59,26 @@ TEST_F(array_builtins, sums_traces_and_sizes) {
     refused("Sumup[none]", 28);
 }
 
+TEST_F(array_builtins, a_determinant_may_be_told_what_is_known) {
+    run("[p] := [[t + 1, t][t^2 + t, t^2 + 3*t]]"); /* determinant (t + 1)(t^2 + 3 t) - t (t^2 + t) = 3 t (t + 1) */
+    EXPECT_EQ(value_of("Det[p] - 3*t*(t + 1)"), "0");
+    EXPECT_EQ(value_of("Det([p], t + 1) - 3*t"), "0");
+    EXPECT_EQ(value_of("Det([p], t, 5, 6, 8) - 3*(t + 1)"), "0");
+    EXPECT_EQ(value_of("Det([p], , , 6) - 3*t*(t + 1)"), "0");
+    EXPECT_EQ(value_of("Det([p]*[p], 9) - t^2*(t + 1)^2"), "0");
+    EXPECT_NE(run("Det([p], 1/t)").find(" Specified factor for Det is unusable. Will ignore it.\n"), std::string::npos);
+    EXPECT_NE(run("Det([p], , 0)").find(" Specified degree is unreasonable. Will ignore it.\n"), std::string::npos);
+    EXPECT_NE(run("Det([p], , , , 6)").find(" With even power, |power| must be 2^k"), std::string::npos);
+    refused("Det([p], , t)", 227);
+    refused("Det([p], , , t)", 227);
+    refused("Det([p], , , , 1)", 351);
+    refused("Det([p], , , , -1)", 351);
+    refused("Det([p], , , , 4, 1)", 15);
+    refused("Det([p]", 1);
+    refused("Det()", 46);
+    refused("Det([p], t + 2)", 305);
+}
+
 TEST_F(array_builtins, zeros) {
     EXPECT_EQ(value_of("Iszero[x]"), "0");
     EXPECT_EQ(value_of("Iszero([x] - [x])"), "1");
@@ -114,6 +134,18 @@ TEST_F(array_builtins, entries_are_counted_by_a_relation) {
     refused("Det#([x] > 1", 66);
     refused("Det#([s] > 1)", 242);
     refused("Det#([p] > 1)", 119);
+}
+
+TEST_F(array_builtins, least_common_multiples_of_all_elements) {
+    EXPECT_EQ(value_of("LCM[x]"), "180"); /* of 3, 1, 4, 5 and 9 */
+    EXPECT_EQ(value_of("LCM[s]"), "0");
+    EXPECT_EQ(value_of("LCM(4, 6) + 1"), "13");
+    run("[p] := [[t^2 - 1, t + 1]]");
+    EXPECT_EQ(value_of("LCM[p] - t^2 + 1"), "0");
+    run("[p] := [[1/t, 1]]");
+    refused("LCM[p]", 186);
+    refused("LCM[none]", 28);
+    refused("LCM 3", 177);
 }
 
 /* ---- what changes an array ---- */

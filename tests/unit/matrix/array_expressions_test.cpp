@@ -262,6 +262,10 @@ TEST_F(array_expressions, what_is_missing_has_an_error_of_its_own) {
     refused("MPowermod [d22]", 177);
     refused("MPowermod([d22])", 202);
     refused("MPowermod([d22],2,7", 1);
+    refused("MPowermod([d22],2,t)", 288);
+    refused("MPowermod([d22],t,7)", 116);
+    refused("Altpower([d22],t)", 116);
+    refused("[d22]^t", 116);
     refused("[d23]^2", 172);
     refused("[s23]^2", 172);
     refused("[d22]^[d22]", 2);
@@ -277,6 +281,7 @@ TEST_F(array_expressions, more_than_twenty_work_arrays_are_error_88) {
         close += ")";
     }
     refused(deep + "[d22]+[d22]" + close, 88);
+    refused(deep + "1/[d22]" + close, 89);
     check_arrays_unchanged();
 }
 
