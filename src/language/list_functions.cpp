@@ -6,7 +6,6 @@
 #include "top/interrupts.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 
 namespace tolvek {
@@ -111,17 +110,20 @@ void big_write_p(text_out *out, const function *f) {
 
 /* ---- the command ---- */
 
-static void gather_functions(buffer<const function *> &all, std::size_t most) {
+static void gather_functions(buffer<const function *> &all) {
     for (const function *f : func_store)
         for (; f; f = f->next) all.push(f);
-    if (all.size() > most) return; /* in the order of the chains */
+}
+
+static void sort_functions(buffer<const function *> &all) {
     std::stable_sort(all.begin(), all.end(),
                      [](const function *a, const function *b) { return std::strcmp(a->tok.text, b->tok.text) < 0; });
 }
 
 static void list_all(void (*write)(text_out *, const function *), bool full) {
     buffer<const function *> all;
-    gather_functions(all, most_sorted);
+    gather_functions(all);
+    if (all.size() <= most_sorted) sort_functions(all); /* otherwise in the order of the chains */
     for (const function *f : all) {
         write(&standard_output, f);
         if (full) say("\n");
@@ -130,7 +132,9 @@ static void list_all(void (*write)(text_out *, const function *), bool full) {
 
 void save_functions(text_out *out) {
     buffer<const function *> all;
-    gather_functions(all, SIZE_MAX);
+    gather_functions(all);
+    std::reverse(all.begin(), all.end()); /* the newest of a name, which counts, is read last */
+    sort_functions(all);
     for (const function *f : all) {
         safe_point();
         big_write_p(out, f);

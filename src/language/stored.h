@@ -137,7 +137,7 @@ constexpr char to_mark[] = " to", by_mark[] = " by";
 void listfuncs(stream *input, name **cursor);
 void big_write_p(text_out *out, const function *f);    /* a function in full; it reads back to the same function */
 void simple_write_p(text_out *out, const function *f); /* its head */
-void save_functions(text_out *out);                    /* all in full, sorted by name, each behind a ";" */
+void save_functions(text_out *out);                    /* all in full, sorted by name, the oldest of a name first */
 void listform(text_out *out, const form *list, int indent);
 void listrht(text_out *out, const form *f, int indent); /* one statement with its comments */
 

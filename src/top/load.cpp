@@ -87,7 +87,7 @@ static void read_statement(stream in, quolynode **result) {
 
 static void read_statements(quolynode **result) {
     stream in = &file;
-    if (inpuf && !find_statement(in)) say_end_of_file();
+    if (inpuf && !find_statement(in) && !in->failed) say_end_of_file();
     while (inpuf && !done_load && find_statement(in)) {
         quoly_handle value;
         read_statement(in, value.slot());
