@@ -12,6 +12,7 @@ quolynode *quolygarb;
 colm *colm_garb;
 name *name_garb;
 variable *var_garb;
+fixnode *fixgarb;
 
 constexpr int preloaded_nodes = 5001;
 
@@ -35,7 +36,7 @@ template <auto link, class T> static void batch_to_list(T *&head, long &made, in
 }
 
 constexpr int records_a_batch = 64;
-static long numbers_made, names_made, variables_made, heap_polynodes_made;
+static long numbers_made, names_made, variables_made, fixes_made, heap_polynodes_made;
 
 number *more_numbers() {
     batch_to_list<&number::num_link>(imhead, numbers_made, records_a_batch);
@@ -45,6 +46,11 @@ number *more_numbers() {
 name *more_names() {
     batch_to_list<&name::next>(name_garb, names_made, records_a_batch);
     return pop_record<&name::next>(name_garb);
+}
+
+fixnode *more_fixes() {
+    batch_to_list<&fixnode::next>(fixgarb, fixes_made, records_a_batch);
+    return pop_record<&fixnode::next>(fixgarb);
 }
 
 variable *newvariable() {
@@ -97,6 +103,7 @@ records_in_use count_records_in_use() {
     now.colms = used(colmstash) - list_length(colm_garb, offsetof(colm, next));
     now.names = names_made - list_length(name_garb, offsetof(name, next));
     now.variables = variables_made - list_length(var_garb, offsetof(variable, next));
+    now.fixes = fixes_made - list_length(fixgarb, offsetof(fixnode, next));
     return now;
 }
 

@@ -17,6 +17,7 @@ extern quolynode *quolygarb;
 extern colm *colm_garb;
 extern name *name_garb;
 extern variable *var_garb;
+extern fixnode *fixgarb;
 
 /* ---- the pops and pushes themselves, in line: a list that is not empty costs no call ---- */
 
@@ -42,6 +43,7 @@ polynode *more_polynodes();
 quolynode *more_quolynodes();
 colm *more_colms();
 name *more_names();
+fixnode *more_fixes();
 
 inline numnode *newdigit() {
     numnode *d = pop_record<&numnode::next>(numhead);
@@ -75,6 +77,10 @@ inline name *newname() { /* next and bound null, the flags off */
     return n;
 }
 variable *newvariable();
+inline fixnode *newfix() {
+    fixnode *f = pop_record<&fixnode::next>(fixgarb);
+    return f ? f : more_fixes();
+}
 
 /* Pushes. A null pointer is not accepted. The values that a record points to are the caller's matter. */
 inline void push_digit(numnode *d) { push_record<&numnode::next>(numhead, d); }
@@ -82,6 +88,7 @@ inline void push_imag(number *x) { push_record<&number::num_link>(imhead, x); }
 inline void push_poly(polynode *p) { push_record<&polynode::next>(polygarb, p); }
 inline void push_quoly(quolynode *q) { push_record<&quolynode::link>(quolygarb, q); }
 inline void push_colm(colm *c) { push_record<&colm::next>(colm_garb, c); }
+inline void push_fix(fixnode *f) { push_record<&fixnode::next>(fixgarb, f); }
 inline void push_variable(variable *v) { push_record<&variable::next>(var_garb, v); }
 
 /* Pushes the chain from head to tail by one splice. */
@@ -104,7 +111,7 @@ void preload_free_lists();
 
 /* Records handed out and not on their free list now: what a test compares before and after a statement. */
 struct records_in_use {
-    long digits, numbers, polynodes, quolynodes, colms, names, variables;
+    long digits, numbers, polynodes, quolynodes, colms, names, variables, fixes;
     bool operator==(const records_in_use &) const = default;
 };
 records_in_use count_records_in_use();

@@ -46,6 +46,7 @@ static int64_t polynodes(int64_t cap) { return list_length(polygarb, offsetof(po
 static int64_t quolynodes(int64_t cap) { return list_length(quolygarb, offsetof(quolynode, link), cap); }
 static int64_t variables(int64_t cap) { return list_length(var_garb, offsetof(variable, next), cap); }
 static int64_t names(int64_t cap) { return list_length(name_garb, offsetof(name, next), cap); }
+static int64_t fixes(int64_t cap) { return list_length(fixgarb, offsetof(fixnode, next), cap); }
 static int64_t columns(int64_t cap) { return list_length(colm_garb, offsetof(colm, next), cap); }
 static int64_t forms(int64_t cap) { return list_length(formhead, offsetof(form, next), cap); }
 static int64_t conds(int64_t cap) { return list_length(condhead, offsetof(cond, free_link), cap); }
@@ -78,7 +79,7 @@ struct garbage_line {
 static const garbage_line garbage_lines[] = {
     {"num", digits, numnodesize, true, true},           {"im", numbers, numbersize, true, true},
     {"var", variables, sizeof(variable), false, false}, {"name", names, sizeof(name), false, false},
-    {"poly", polynodes, polynodesize, true, true},      {"quoly", quolynodes, quolysize, true, true},
+    {"fix", fixes, sizeof(fixnode), false, false},      {"poly", polynodes, polynodesize, true, true},      {"quoly", quolynodes, quolysize, true, true},
     {"colm", columns, sizeof(colm), false, false},      {"poly pointer", poly_variables, sizeof(pt), false, false},
     {"form node", forms, sizeof(form), false, false},   {"cond expr", conds, sizeof(cond), false, false},
 };

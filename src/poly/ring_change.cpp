@@ -33,10 +33,23 @@ static int32_t element_of(const number *x, bool warn_negative) {
     return std::abs(digit) % modulus;
 }
 
-void change_num(number *x, bool warn_negative) {
-    x->lint_val = finf ? element_of(x, warn_negative)
-                       : static_cast<int32_t>(chain_modulo(x, static_cast<uint32_t>(int32_t{modulus})));
-    special_free(x);
+/* Passes no safe point: images are refreshed where none may be. */
+static int32_t chain_residue(const number *x) {
+    const word_divisor n = ring_divisor();
+    const bool negative = x->num_head->digit < 0;
+    uint64_t v = 0;
+    for (const numnode *d = x->num_head; d; d = d->next)
+        v = n.remainder((v << 28) + static_cast<uint32_t>(negative ? -d->digit : d->digit));
+    return static_cast<int32_t>(negative && v ? n.n - v : v);
+}
+
+int32_t residue_of(const number *x, bool warn_negative) {
+    return finf ? element_of(x, warn_negative) : chain_residue(x);
+}
+
+void change_num(number *x, bool release, bool warn_negative) {
+    x->lint_val = residue_of(x, warn_negative);
+    if (release) special_free(x);
 }
 
 /* The list with its numbers changed, null for 0; *list is consumed. */
@@ -45,7 +58,7 @@ static polynode *changed(polynode **list) {
     while (polynode *t = *list) {
         *list = std::exchange(t->next, nullptr);
         if (t->is_number) {
-            change_num(t->num, true);
+            change_num(t->num, true, true);
             if (t->num->lint_val)
                 result.append(t);
             else
@@ -92,6 +105,29 @@ static void lift(polynode *p, int32_t modulo, bool symmetric) {
 void poly_change_from_mod(polynode *p, int32_t modulo, bool symmetric) {
     check_stack();
     lift(p, modulo, symmetric);
+}
+
+/* ---- to floats ---- */
+
+void change_flote(number *x) {
+    constexpr long double radix = 268435456.0L;
+    long double v = 0;
+    for (const numnode *d = x->num_head; d; d = d->next) v = v * radix + d->digit;
+    x->flote_val = v;
+}
+
+static void set_floats(polynode *p) {
+    for (; p; p = p->next) {
+        if (p->is_number)
+            change_flote(p->num);
+        else
+            set_floats(p->poly);
+    }
+}
+
+void poly_change_to_flote(polynode *p) {
+    check_stack();
+    set_floats(p);
 }
 
 } // namespace tolvek

@@ -6,10 +6,11 @@
 
 namespace tolvek {
 
-/* x, a chain, becomes its residue; the chain goes back. In a table field only the last digit counts, reduced as a
-   magnitude, and with `verbose` values that do not fit are told, 20 times at most; negative ones too where the flag says
-   so. */
-void change_num(number *x, bool warn_negative);
+/* The residue of the chain x. In a table field only the last digit counts, reduced as a magnitude, and with `verbose` values
+   that do not fit are told, 20 times at most; negative ones too where the flag says so. */
+int32_t residue_of(const number *x, bool warn_negative);
+/* x becomes its residue. `release`: the chain goes back; otherwise it stays beside the residue. */
+void change_num(number *x, bool release, bool warn_negative);
 
 /* The same for every number of a polynomial. What becomes 0 leaves it: *p is canonical again. On an unwinding it is null. */
 void poly_change_num(polynode **p);
@@ -18,5 +19,10 @@ void poly_change_num(polynode **p);
    is the ring that is left. With `symmetric` those above its half are negative. */
 void change_from_mod(number *x, int32_t modulo, bool symmetric);
 void poly_change_from_mod(polynode *p, int32_t modulo, bool symmetric);
+
+/* The float beside the chain of x, or of every number of p: the digits summed up from the first one, in extended
+   precision. The chains stay. */
+void change_flote(number *x);
+void poly_change_to_flote(polynode *p);
 
 } // namespace tolvek

@@ -17,7 +17,7 @@ static void take_parts(quolynode *q, poly_handle &num, poly_handle &den) {
 
 void quoly_change_num(quolynode **q) {
     if ((*q)->is_num) {
-        change_num((*q)->numb, true);
+        change_num((*q)->numb, true, true);
         return;
     }
     poly_handle num, den;
@@ -39,6 +39,15 @@ void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric) {
     }
     poly_change_from_mod(q->num, modulo, symmetric);
     if (q->den) poly_change_from_mod(q->den, modulo, symmetric);
+}
+
+void quoly_put_flote(quolynode *q) {
+    if (q->is_num) {
+        change_flote(q->numb);
+        return;
+    }
+    poly_change_to_flote(q->num);
+    if (q->den) poly_change_to_flote(q->den);
 }
 
 } // namespace tolvek

@@ -12,4 +12,7 @@ void quoly_change_num(quolynode **q);
 /* q, of the ring modulo `modulo`, in the chain form. Passes no safe point. */
 void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric);
 
+/* The floats beside the chains of all numbers of q. */
+void quoly_put_flote(quolynode *q);
+
 } // namespace tolvek

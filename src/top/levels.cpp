@@ -3,7 +3,7 @@
 #include "language/execution.h"
 #include "language/names.h"
 #include "language/scanner.h"
-#include "quoly/quoly.h"
+#include "quoly/ring_image.h"
 #include "top/driver.h"
 #include "top/loop.h"
 
@@ -77,12 +77,28 @@ static void count_level_down() {
     off = {off.wall + now.wall - entered.wall, off.ticks + now.ticks - entered.ticks};
 }
 
+/* The computation beneath is in a modular ring that the user has not chosen, or 0. */
+static int32_t internal_modulus() { return was_in_rat && modularmode ? int32_t{modulus} : 0; }
+
+static void tell_delicate_time() {
+    say("\n*** You have interrupted at a delicate time. Tolvek had switched\n");
+    say("    internally to arithmetic mod p. It has switched back for your \n");
+    say("    convenience during this interrupt. Do not do any significant \n");
+    say("    polynomial computations.  To abort, enter &@ followed by  &(p=_i:) .\n\n");
+}
+
 void open_level(const failure &f) {
+    const int32_t modulus_beneath = internal_modulus();
+    images_set_aside whole_operands;
     ring_guard ring;
     set_ring(user_ring); /* before anything of the user's is copied */
     kept_statement kept;
     report_failure(f);
     count_level_up();
+    if (modulus_beneath) {
+        was_modulus = modulus_beneath;
+        tell_delicate_time();
+    }
     kept.take_line();
     mod_is_changed = 0;
     want_sparse = in_sys_func = uninit = 0;

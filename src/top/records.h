@@ -67,6 +67,22 @@ struct quolynode {
     polynode *den; /* null: no denominator; meaningless in a plain number */
 };
 
+/* What to do to undo one step of a temporary image modulo n. Free list: fixgarb. */
+enum class fix_kind {
+    overwritten = 0, /* a link, or a flag, stood where `place` points to: `saved` is what it was */
+    shrunk = 1,      /* the quoly at `place` became the plain number of the lone number term `saved` */
+    new_number = 2,  /* the quoly at `place` became the number `saved`, which is its own */
+    computed = 3,    /* the quoly at `place` got parts of its own */
+};
+struct fixnode {
+    void *place;
+    void *saved;
+    fix_kind kind;
+    bool is_flag;  /* what was overwritten is an int32_t, kept in saved_flag */
+    int32_t saved_flag;
+    fixnode *next; /* the change before; also the free list's link */
+};
+
 /* One entry of a row of a sparse array; rows ascend strictly by column. Free list: colm_garb. */
 struct colm {
     int32_t column; /* counts from 1, whatever the index origin is */
