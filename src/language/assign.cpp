@@ -59,7 +59,7 @@ static void read_step(stream *input, quolynode **step, name **cursor) {
 /* A number changes in place. A polynomial is built aside, so that it is whole whatever happens; and so is a number at a
    level above 1, where it may be an operand of the interrupted computation. */
 static void add_step(quolynode **slot, const quolynode *step, bool minus) {
-    if (!values_are_held() && (*slot)->is_num) {
+    if (!values_are_held() && (*slot)->is_num && !(*slot)->original) {
         (minus ? better_quoly_sub : better_quoly_add)(*slot, step, slot);
         return;
     }

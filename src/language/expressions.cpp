@@ -28,6 +28,7 @@ void move_value(place &at, quolynode **result) {
         if (levelcount == 1) {
             *result = *at.slot;
             *at.slot = one.release();
+            drop_original(*result);
         } else { /* the value may be an operand of the interrupted computation */
             quoly_assign(*at.slot, result);
             store_value(at.slot, one.release());

@@ -286,7 +286,7 @@ template <class ring> static void set_number(quolynode **q, typename ring::value
 
 /* At a level above 1 the old value may be an operand of the interrupted computation: a new one takes its place. */
 template <class ring> static void store_short(quolynode **slot, typename ring::value v) {
-    if (levelcount == 1 && (*slot)->is_num) {
+    if (levelcount == 1 && (*slot)->is_num && !(*slot)->original) {
         set_number<ring>(slot, v);
         return;
     }

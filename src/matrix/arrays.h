@@ -124,6 +124,9 @@ void forget_arrays();
 /* Calls `visit` for the slot of every value that an array holds, the system array among them; what waits to be freed is
    left out. The visitor may give a slot another value; those that became 0 leave sparse arrays by the second routine. */
 void visit_array_values(void (*visit)(quolynode **slot, void *context), void *context);
+void visit_cells(void (*visit)(quolynode **slot, void *context), void *context); /* of ordinary arrays alone */
+/* Calls `action` for every sparse array, the system array among them; for none by a second name. */
+void for_sparse_arrays(void (*action)(array_record *a, void *context), void *context);
 void purge_array_values();
 
 /* ---- report ---- */

@@ -17,13 +17,16 @@ constexpr int frame_rows = 2048;
 /* Free list: spargarb, through frame_next. */
 struct sparse_frame {
     colm *row[frame_rows];
-    int32_t frame_mode;  /* modularmode when the values were made; only the first frame's counts */
-    int32_t frame_dirty; /* to be converted by the change of ring that is under way */
     sparse_frame *frame_next;
+    /* In the first frame: the matrix of another ring that this one stands for (top/ring_values.h), and that ring as its
+       modulus, -1 for the rationals. Owned; null: there is none. */
+    sparse_frame *original;
+    int32_t frame_mode;
 };
 
-sparse_frame *newsparse(); /* heads null, frame_mode stamped */
+sparse_frame *newsparse(); /* heads null, without an original */
 void push_sparse(sparse_frame *f);
+void drop_original_rows(sparse_frame *head);
 long sparse_frames_in_use();
 void sparse_init(sparse_frame **head, int32_t rows); /* *head := rows without entries */
 

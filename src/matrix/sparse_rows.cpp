@@ -3,6 +3,7 @@
 
 #include "numbers/number.h"
 #include "top/driver.h"
+#include "top/guards.h"
 
 namespace tolvek {
 
@@ -21,13 +22,21 @@ sparse_frame *newsparse() {
         frames_made++;
     }
     for (colm *&head : f->row) head = nullptr;
-    f->frame_mode = modularmode;
-    f->frame_dirty = 0;
-    f->frame_next = nullptr;
+    f->frame_mode = 0;
+    f->original = f->frame_next = nullptr;
     return f;
 }
 
+/* Residues have no chain, so that the chain form gives back what either has. */
+void drop_original_rows(sparse_frame *head) {
+    const kept_value<int> chains(lintmode, 0);
+    int32_t rows = 0;
+    for (const sparse_frame *f = head->original; f; f = f->frame_next) rows += frame_rows;
+    free_sparse(&head->original, rows);
+}
+
 void push_sparse(sparse_frame *f) {
+    if (f->original) drop_original_rows(f);
     f->frame_next = spargarb;
     spargarb = f;
     frames_free++;

@@ -53,9 +53,11 @@ inline polynode *newpoly() {
     polynode *p = pop_record<&polynode::next>(polygarb);
     return p ? p : more_polynodes();
 }
-inline quolynode *newquoly() {
+inline quolynode *newquoly() { /* original null */
     quolynode *q = pop_record<&quolynode::link>(quolygarb);
-    return q ? q : more_quolynodes();
+    if (!q) q = more_quolynodes();
+    q->original = nullptr;
+    return q;
 }
 inline colm *newcolm() {
     colm *c = pop_record<&colm::next>(colm_garb);
@@ -86,7 +88,12 @@ inline fixnode *newfix() {
 inline void push_digit(numnode *d) { push_record<&numnode::next>(numhead, d); }
 inline void push_imag(number *x) { push_record<&number::num_link>(imhead, x); }
 inline void push_poly(polynode *p) { push_record<&polynode::next>(polygarb, p); }
-inline void push_quoly(quolynode *q) { push_record<&quolynode::link>(quolygarb, q); }
+void drop_original(quolynode *q); /* quoly/quoly.h */
+inline void push_quoly(quolynode *q) {
+    if (q->original) [[unlikely]]
+        drop_original(q);
+    push_record<&quolynode::link>(quolygarb, q);
+}
 inline void push_colm(colm *c) { push_record<&colm::next>(colm_garb, c); }
 inline void push_fix(fixnode *f) { push_record<&fixnode::next>(fixgarb, f); }
 inline void push_variable(variable *v) { push_record<&variable::next>(var_garb, v); }

@@ -6,6 +6,7 @@
 #include "poly/model_work.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
+#include "top/ring_values.h"
 
 #include <cstring>
 #include <utility>
@@ -92,6 +93,7 @@ void adjoin_variable(token_record &variable_name, bool at_head) {
         visit_stored_values(insert_in_value, &at);
         forget_last_value();
     }
+    forget_originals();
     if (field_depth > 0) field_depth++;
     insert_variable(v, at.level);
     forget_bindings();
@@ -194,6 +196,7 @@ void cancel_variable(int level) {
     } while (!images.is_up_to_date());
     images.put_in_place();
     purge_array_values();
+    forget_originals();
     forget_last_value();
     forget_bindings();
     if (field_depth > level) field_depth--;

@@ -25,6 +25,8 @@ void quoly_set_flote(long double value, quolynode **q); /* float ring: *q := the
 void scalar_to_quoly(number *x, quolynode **q);         /* *q := the number x, whose chain it takes over */
 void quoly_assign(const quolynode *q, quolynode **r);   /* deep copy; *r may be q */
 void free_quoly(quolynode **q);                         /* null is fine; *q := null */
+void free_in_any_form(quolynode **q);                   /* the same for a value of another ring than that in force */
+void drop_original(quolynode *q);                       /* the value of another ring that q stands for is forgotten */
 
 void base_quoly(int level, quolynode **q);            /* *q := the variable of the level */
 void poly_to_value(poly_handle &p, quolynode **q);    /* *q := p, which is consumed: a constant is a plain number */

@@ -3,6 +3,7 @@
 #include "numbers/number.h"
 #include "poly/canonical.h"
 #include "quoly/quoly.h"
+#include "top/guards.h"
 
 #include <cmath>
 
@@ -52,6 +53,7 @@ static number *plain_number(quolynode **q) {
         free_quoly(q);
         *q = fresh;
     }
+    if ((*q)->original) drop_original(*q);
     (*q)->array_mark = 0;
     return (*q)->numb;
 }
@@ -100,6 +102,14 @@ void free_quoly(quolynode **q) {
     }
     push_quoly(old);
 }
+
+/* Residues have no chain, so that the chain form gives back what either has. */
+void free_in_any_form(quolynode **q) {
+    const kept_value<int> chains(lintmode, 0);
+    free_quoly(q);
+}
+
+void drop_original(quolynode *q) { free_in_any_form(&q->original); }
 
 static quolynode *ready_constant(int32_t value) {
     quolynode *q = new_plain_number();

@@ -1,4 +1,5 @@
 #include "quoly/ring_change.h"
+#include "numbers/modular.h"
 #include "poly/ring_change.h"
 #include "quoly/quoly.h"
 #include "top/text_io.h"
@@ -15,21 +16,31 @@ static void take_parts(quolynode *q, poly_handle &num, poly_handle &den) {
     q->numb->lint_val = 0;
 }
 
-void quoly_change_num(quolynode **q) {
+static bool has_inverse(int32_t x) {
+    uint32_t inverse;
+    return finf || inverse_modulo(static_cast<uint32_t>(x), ring_divisor(), &inverse);
+}
+
+ring_move try_change_num(quolynode **q) {
     if ((*q)->is_num) {
         change_num((*q)->numb, true, true);
-        return;
+        return ring_move::done;
     }
     poly_handle num, den;
     take_parts(*q, num, den);
     poly_change_num(num.slot());
     if (den) poly_change_num(den.slot());
-    if (den && poly_iszero(den.get())) {
+    if (den && poly_iszero(den.get())) return ring_move::denominator_is_0;
+    if (den && !has_inverse(leading_coef(den.get())->num->lint_val)) return ring_move::no_inverse;
+    fraction_to_value(num, den, q);
+    return ring_move::done;
+}
+
+void quoly_change_num(quolynode **q) {
+    const ring_move outcome = try_change_num(q);
+    if (outcome == ring_move::no_inverse) error(85, blank);
+    if (outcome == ring_move::denominator_is_0)
         say("Warning. A zero quoly denominator was found. That quoly was set to 0.\n");
-        quoly_set(0, q);
-    } else {
-        fraction_to_value(num, den, q);
-    }
 }
 
 void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric) {

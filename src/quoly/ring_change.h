@@ -5,6 +5,12 @@
 
 namespace tolvek {
 
+enum class ring_move { done, denominator_is_0, no_inverse };
+
+/* *q, of the chain form, in the modular ring, or 0 where it has no image: its denominator vanishes, or the leading number of
+   that has no inverse. */
+ring_move try_change_num(quolynode **q);
+
 /* *q, of the chain form, in the modular ring. A value whose denominator vanishes is 0, with a warning. Errors 85 and 210
    as told in normal.h; *q is a value that can be freed then. */
 void quoly_change_num(quolynode **q);

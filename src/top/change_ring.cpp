@@ -1,89 +1,40 @@
 #include "top/change_ring.h"
 #include "gcd/gcd.h"
 #include "language/expressions.h"
-#include "matrix/arrays.h"
 #include "numbers/number_decimal.h"
-#include "poly/attach.h"
-#include "poly/ring_change.h"
 #include "quoly/quoly.h"
-#include "quoly/ring_change.h"
+#include "top/change_local.h"
 #include "top/driver.h"
-#include "top/guards.h"
-#include "top/interrupts.h"
 #include "top/settings.h"
 #include "top/switches_table.h"
-
-#include <utility>
 
 namespace tolvek {
 
 /* ---- the stored values ---- */
-
-/* Copies of all stored values, which are converted aside and then take their places. */
-class converted_values {
-  public:
-    converted_values() = default;
-    ~converted_values() {
-        for (copy &c : list) free_quoly(&c.value);
-    }
-    converted_values(const converted_values &) = delete;
-    converted_values &operator=(const converted_values &) = delete;
-
-    /* Passes safe points. */
-    void collect() { visit_stored_values(add, this); }
-    template <class Conversion> void convert(Conversion conversion) {
-        for (copy &c : list) conversion(&c.value);
-    }
-    /* The old values go: in the ring that they belong to, which is in force. */
-    void put_in_place() {
-        for (copy &c : list) std::swap(*c.slot, c.value);
-        for (copy &c : list) free_quoly(&c.value);
-    }
-
-  private:
-    struct copy {
-        quolynode **slot;
-        quolynode *value;
-    };
-    static void add(quolynode **slot, void *context) {
-        quoly_handle value;
-        quoly_assign(*slot, value.slot());
-        static_cast<converted_values *>(context)->list.push({slot, value.get()});
-        value.release();
-    }
-    buffer<copy> list;
-};
-
-/* An interrupt waits until all values belong to one ring. */
-struct interrupts_wait {
-    interrupts_wait() { accept_interrupts(false); }
-    ~interrupts_wait() { accept_interrupts(true); }
-    interrupts_wait(const interrupts_wait &) = delete;
-    interrupts_wait &operator=(const interrupts_wait &) = delete;
-};
 
 static void forget_last_values() {
     free_quoly(&prevnum);
     free_quoly(&sysnum);
 }
 
-/* `conversion` runs in the ring `next`; then the values take their places, and the user's ring is `next`. */
-template <class Conversion> static void change_values(const ring_state &next, bool convert, Conversion conversion) {
+/* The values take their places, and the user's ring is `next`. A command level that opens meanwhile may store others: then
+   all is done again. */
+static void change_values(const ring_state &next, bool symmetric, const name *names, bool quiet) {
     forget_last_values();
     free_gcd_stash(stash_drop::everything);
     release_pending_arrays();
-    converted_values values;
-    if (convert) values.collect();
-    interrupts_wait wait;
-    {
-        ring_guard found;
-        set_ring(next);
-        values.convert(conversion);
+    for (;;) {
+        value_change change(next, symmetric);
+        if (names)
+            change_local(names, change, quiet);
+        else
+            change.change_the_rest();
+        if (change.is_stale()) continue;
+        change.put_in_place();
+        break;
     }
-    values.put_in_place();
     set_ring(next);
     user_ring = next;
-    purge_array_values();
 }
 
 /* ---- settings that belong to a ring ---- */
@@ -113,17 +64,18 @@ static void leave_field_display() {
 
 /* ---- the two ways ---- */
 
-void change_to_rational(bool show, bool convert_values) {
+/* Lifts have signs while residues are shown with signs; a table field hides what the user has set. */
+static bool lifts_have_signs() { return finf ? alt_form_before != 0 : alt_form_display != 0; }
+
+void change_to_rational(bool show, const name *names) {
     if (show) say(" Changing to rational arithmetic.\n");
     if (changed_in_modmode) {
         error(353, token);
         return;
     }
-    const int32_t modulo = modulus;
-    const bool symmetric = alt_form_display && !finf;
     ring_state rational{};
     rational.modulus = -1;
-    change_values(rational, convert_values, [=](quolynode **q) { quoly_change_from_mod(*q, modulo, symmetric); });
+    change_values(rational, lifts_have_signs(), names, !show);
     was_in_rat = 1;
     leave_field_display();
     set_cutoffs(rational_division);
@@ -148,10 +100,10 @@ static void tell_modular_ring() {
          mod_is_prime() ? " a prime" : " not a prime", field);
 }
 
-void change_to_modular(int n, bool show, bool convert_values) {
+void change_to_modular(int n, bool show, const name *names) {
     if (show) say(" Changing to modular arithmetic.\n");
     warn_cnt = 0;
-    change_values(modular_ring(n), convert_values, quoly_change_num);
+    change_values(modular_ring(n), alt_form_display != 0, names, false);
     was_in_rat = 0;
     set_cutoffs(modular_division);
     calc_disp(modular_size);

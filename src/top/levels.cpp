@@ -77,6 +77,8 @@ static void count_level_down() {
     off = {off.wall + now.wall - entered.wall, off.ticks + now.ticks - entered.ticks};
 }
 
+long levels_opened = 0;
+
 /* The computation beneath is in a modular ring that the user has not chosen, or 0. */
 static int32_t internal_modulus() { return was_in_rat && modularmode ? int32_t{modulus} : 0; }
 
@@ -95,6 +97,7 @@ void open_level(const failure &f) {
     kept_statement kept;
     report_failure(f);
     count_level_up();
+    levels_opened++;
     if (modulus_beneath) {
         was_modulus = modulus_beneath;
         tell_delicate_time();

@@ -8,5 +8,6 @@ namespace tolvek {
 /* Reports f and runs the loop of a new level until &_p leaves it; everything that the report and the loop clear or
    change is then as it was, the unread rest of the interrupted line included. A tenth level is a panic stop. */
 void open_level(const failure &f);
+extern long levels_opened; /* since the start */
 
 } // namespace tolvek

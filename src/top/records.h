@@ -60,11 +60,14 @@ struct quolynode {
     int32_t is_num;     /* 1: the value is the number `numb`; 0: it is num, or num / den */
     int32_t is_rat;     /* 1: num and den are both constants, outside lintmode */
     int32_t array_mark; /* 1, in a plain number only: the value stands for an array parameter */
+    int32_t stamp;      /* of an original: its ring, as the modulus, -1 for the rationals */
     union {
         number *numb;
         polynode *num;
     };
     polynode *den; /* null: no denominator; meaningless in a plain number */
+    quolynode *original; /* a stored value that stands for one of another ring (top/ring_values.h): that one, owned;
+                            null otherwise. Copies have none, and whoever changes a value in place drops it */
 };
 
 /* What to do to undo one step of a temporary image modulo n. Free list: fixgarb. */

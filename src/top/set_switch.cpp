@@ -65,13 +65,13 @@ static void get_stream(switch_call &call, name_list &list) {
 }
 
 /* From one modulus to another the way leads over the rationals. */
-static void change_ring(bool back, int n, bool convert_values) {
-    if (modularmode) change_to_rational(back, convert_values);
-    if (!back && !modularmode) change_to_modular(n, true, convert_values);
+static void change_ring(bool back, int n, const name *names) {
+    if (modularmode) change_to_rational(back, names);
+    if (!back && !modularmode) change_to_modular(n, true, names);
 }
 
-/* _i is the way back to the rationals. With a list of names that is empty stored values stay as they are. */
-static void assign_ring(bool back, int modulus_wanted, const name_list &names, bool local) {
+/* _i is the way back to the rationals. `names`: what changes for good, or null. */
+static void assign_ring(bool back, int modulus_wanted, const name *names) {
     if (lintmode && !modularmode)
         error(62, token);
     else if (levelcount > 1 || values_held > 0)
@@ -82,10 +82,8 @@ static void assign_ring(bool back, int modulus_wanted, const name_list &names, b
         say(" Already in rational mode.\n");
     else if (!back && modularmode && modulus_wanted == modulus)
         say(" Already in that arithmetic mode\n");
-    else if (local && !token_is(names.first()->tok, ";"))
-        error(layer_is_missing, token);
     else
-        change_ring(back, modulus_wanted, !local);
+        change_ring(back, modulus_wanted, names);
 }
 
 /* ---- numbers ---- */
@@ -183,7 +181,7 @@ static void number_switch(switch_call &call, int letter) {
     if (local) get_stream(call, names);
     if (!closed()) return;
     if (changes_ring)
-        assign_ring(back, figure, names, local);
+        assign_ring(back, figure, names.first());
     else if (by_value)
         row->assign_value(call, value);
     else

@@ -163,20 +163,39 @@ void stash_gcds(switch_call &call) {
 
 /* ---- the ring ---- */
 
-/* &p: the other ring. The modulus is asked for, or stands behind it. */
+/* The names behind &p, up to ")", closed by ";". False: there are none. */
+static bool save_input_stream(switch_call &call, name_list &names) {
+    scanner(call.input, token, call.cursor);
+    while (!token_is(token, ")") && !ends_statement(token)) {
+        names.add(token);
+        scanner(call.input, token, call.cursor);
+    }
+    const bool some = token_is(token, ")") && !names.empty();
+    names.add(semicolon);
+    return some;
+}
+
+/* &p: the other ring. Names in parentheses say which values change for good; the modulus is asked for, or stands behind. */
 void choose_ring(switch_call &call) {
     if (!variables_may_change()) return;
     scanner(call.input, token, call.cursor);
     call.token_is_read = true;
+    name_list names;
+    const bool has_names = token_is(token, "(");
     int n = 0;
-    if (token_is(token, "("))
-        error(*call.cursor ? 264 : lintmode && !modularmode ? 62 : layer_is_missing, token);
-    else if (lintmode && !modularmode)
+    if (lintmode && !modularmode) {
         error(62, token);
-    else if (modularmode)
-        change_to_rational(true, true);
-    else if (read_modulus(call.input, call.cursor, &n))
-        change_to_modular(n, true, true);
+    } else if (has_names && *call.cursor) {
+        error(264, token);
+    } else if (has_names && !save_input_stream(call, names)) {
+        error(1, token);
+    } else {
+        if (has_names) scanner(call.input, token, call.cursor);
+        if (modularmode)
+            change_to_rational(true, names.first());
+        else if (read_modulus(call.input, call.cursor, &n))
+            change_to_modular(n, true, names.first());
+    }
 }
 
 /* ---- the variables of polynomials ---- */
