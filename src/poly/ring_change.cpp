@@ -52,36 +52,35 @@ void change_num(number *x, bool release, bool warn_negative) {
     if (release) special_free(x);
 }
 
-/* The list with its numbers changed, null for 0; *list is consumed. */
-static polynode *changed(polynode **list) {
-    growing_list result;
-    while (polynode *t = *list) {
-        *list = std::exchange(t->next, nullptr);
+/* In place, so that the list is linked at every safe point: what becomes 0 leaves it. */
+static void change_terms(polynode **link, paced_safe_points &pace) {
+    while (polynode *t = *link) {
         if (t->is_number) {
             change_num(t->num, true, true);
-            if (t->num->lint_val)
-                result.append(t);
-            else
-                free_poly(&t);
+            pace.step();
+        } else {
+            change_terms(&t->poly, pace);
+        }
+        const bool vanished = t->is_number ? t->num->lint_val == 0 : !t->poly;
+        const bool collapsed = !t->is_number && t->poly && t->expo == 0 && is_constant(t->poly);
+        if (!vanished && !collapsed) {
+            link = &t->next;
             continue;
         }
-        polynode *coefficient = changed(&t->poly);
-        if (coefficient && (t->expo != 0 || !is_constant(coefficient))) {
-            t->poly = coefficient;
-            result.append(t);
-            continue;
-        }
-        if (coefficient) result.append(coefficient);
-        t->poly = nullptr;
+        polynode *rest = std::exchange(t->next, nullptr);
+        polynode *constant = collapsed ? std::exchange(t->poly, nullptr) : nullptr;
+        if (constant) constant->next = rest;
+        *link = constant ? constant : rest;
+        if (constant) link = &constant->next;
         free_poly(&t);
     }
-    return result.release();
 }
 
 void poly_change_num(polynode **p) {
     check_stack();
-    polynode *list = std::exchange(*p, nullptr);
-    *p = list_or_zero(changed(&list));
+    paced_safe_points pace;
+    change_terms(p, pace);
+    if (!*p) poly_set(0, p);
 }
 
 /* ---- and back ---- */
@@ -93,18 +92,21 @@ void change_from_mod(number *x, int32_t modulo, bool symmetric) {
     set_int64(v, x);
 }
 
-static void lift(polynode *p, int32_t modulo, bool symmetric) {
+static void lift(polynode *p, int32_t modulo, bool symmetric, paced_safe_points &pace) {
     for (; p; p = p->next) {
-        if (p->is_number)
+        if (p->is_number) {
             change_from_mod(p->num, modulo, symmetric);
-        else
-            lift(p->poly, modulo, symmetric);
+            pace.step();
+        } else {
+            lift(p->poly, modulo, symmetric, pace);
+        }
     }
 }
 
 void poly_change_from_mod(polynode *p, int32_t modulo, bool symmetric) {
     check_stack();
-    lift(p, modulo, symmetric);
+    paced_safe_points pace;
+    lift(p, modulo, symmetric, pace);
 }
 
 /* ---- to floats ---- */

@@ -1,8 +1,9 @@
-/* Numbers and polynomials that follow a permanent change of the ground ring. The ring in force is the new one. They pass no
-   safe point. */
+/* Numbers and polynomials that follow a permanent change of the ground ring. The ring in force is the new one. Polynomials
+   pass safe points, where their numbers may be of both forms: who owns one frees it in the chain form on an unwinding. */
 #pragma once
 
 #include "poly/model.h"
+#include "top/interrupts.h"
 
 namespace tolvek {
 
@@ -12,7 +13,21 @@ int32_t residue_of(const number *x, bool warn_negative);
 /* x becomes its residue. `release`: the chain goes back; otherwise it stays beside the residue. */
 void change_num(number *x, bool release, bool warn_negative);
 
-/* The same for every number of a polynomial. What becomes 0 leaves it: *p is canonical again. On an unwinding it is null. */
+/* A safe point after so many numbers. */
+class paced_safe_points {
+  public:
+    void step() {
+        if (--left) return;
+        left = numbers_between;
+        safe_point();
+    }
+
+  private:
+    static constexpr int numbers_between = 4096;
+    int left = numbers_between;
+};
+
+/* The same for every number of a polynomial. What becomes 0 leaves it: *p is canonical again. */
 void poly_change_num(polynode **p);
 
 /* A residue becomes the integer that it stands for, of one digit or two, in the chain form, which is in force; `modulo`

@@ -123,14 +123,9 @@ class imager {
     void change_terms(polynode **link);
 
   private:
-    static constexpr int numbers_between_safe_points = 4096;
-
     /* False for 0. */
     bool set_residue(number *x) {
-        if (--left == 0) {
-            left = numbers_between_safe_points;
-            safe_point();
-        }
+        pace.step();
         if (x->num_len == 1 && !finf) [[likely]] {
             const int32_t d = x->num_tail->digit;
             const uint32_t r = n.remainder(static_cast<uint32_t>(d < 0 ? -d : d));
@@ -143,7 +138,7 @@ class imager {
 
     bool warn_negative;
     word_divisor n;
-    int left = numbers_between_safe_points;
+    paced_safe_points pace;
 };
 
 } // namespace

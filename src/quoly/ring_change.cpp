@@ -2,16 +2,31 @@
 #include "numbers/modular.h"
 #include "poly/ring_change.h"
 #include "quoly/quoly.h"
+#include "top/guards.h"
 #include "top/text_io.h"
 
 #include <utility>
 
 namespace tolvek {
 
+/* A polynomial whose numbers may be of both forms. */
+class mixed_poly {
+  public:
+    mixed_poly() = default;
+    ~mixed_poly() {
+        const kept_value<int> chains(lintmode, 0);
+        free_poly(&value);
+    }
+    mixed_poly(const mixed_poly &) = delete;
+    mixed_poly &operator=(const mixed_poly &) = delete;
+
+    polynode *value = nullptr;
+};
+
 /* The parts leave the value, which is 0 from here on until they are put together again. */
-static void take_parts(quolynode *q, poly_handle &num, poly_handle &den) {
-    *num.slot() = std::exchange(q->num, nullptr);
-    *den.slot() = std::exchange(q->den, nullptr);
+static void take_parts(quolynode *q, mixed_poly &num, mixed_poly &den) {
+    num.value = std::exchange(q->num, nullptr);
+    den.value = std::exchange(q->den, nullptr);
     init_quoly_node(q);
     q->numb->lint_val = 0;
 }
@@ -26,10 +41,11 @@ ring_move try_change_num(quolynode **q) {
         change_num((*q)->numb, true, true);
         return ring_move::done;
     }
-    poly_handle num, den;
-    take_parts(*q, num, den);
-    poly_change_num(num.slot());
-    if (den) poly_change_num(den.slot());
+    mixed_poly mixed_num, mixed_den;
+    take_parts(*q, mixed_num, mixed_den);
+    poly_change_num(&mixed_num.value);
+    if (mixed_den.value) poly_change_num(&mixed_den.value);
+    poly_handle num(std::exchange(mixed_num.value, nullptr)), den(std::exchange(mixed_den.value, nullptr));
     if (den && poly_iszero(den.get())) return ring_move::denominator_is_0;
     if (den && !has_inverse(leading_coef(den.get())->num->lint_val)) return ring_move::no_inverse;
     fraction_to_value(num, den, q);

@@ -1,4 +1,5 @@
-/* Values that follow a permanent change of the ground ring. The ring in force is the new one. */
+/* Values that follow a permanent change of the ground ring. The ring in force is the new one. They pass safe points, as
+   poly/ring_change.h says. */
 #pragma once
 
 #include "top/tolvek.h"
@@ -15,7 +16,7 @@ ring_move try_change_num(quolynode **q);
    as told in normal.h; *q is a value that can be freed then. */
 void quoly_change_num(quolynode **q);
 
-/* q, of the ring modulo `modulo`, in the chain form. Passes no safe point. */
+/* q, of the ring modulo `modulo`, in the chain form. */
 void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric);
 
 /* The floats beside the chains of all numbers of q. */

@@ -429,6 +429,33 @@ TEST_F(residues, the_field_of_65536_elements) {
     f2t16 = 0;
 }
 
+TEST_F(residues, the_table_fields_are_fields) {
+    finf = f256 = 1;
+    modulus = 256;
+    for (int32_t a = 0; a < 256; a++)
+        for (int32_t b = 0; b < 256; b++) {
+            const int32_t ab = modmult(a, b);
+            ASSERT_EQ(ab, modmult(b, a));
+            ASSERT_EQ(modmult(mod_add(a, b, 256), b), mod_add(ab, modmult(b, b), 256));
+            for (int32_t c = 0; c < 256; c++) {
+                ASSERT_EQ(modmult(ab, c), modmult(a, modmult(b, c)));
+                ASSERT_EQ(modmult(a, mod_add(b, c, 256)), mod_add(ab, modmult(a, c), 256));
+            }
+        }
+    f256 = 0;
+    f2t16 = 1;
+    modulus = 65536;
+    for (int i = times(20000); i > 0; i--) {
+        const int32_t a = residue(), b = residue(), c = residue();
+        ASSERT_EQ(modmult(a, b), modmult(b, a));
+        ASSERT_EQ(modmult(modmult(a, b), c), modmult(a, modmult(b, c))) << a << " " << b << " " << c;
+        ASSERT_EQ(modmult(a, b ^ c), modmult(a, b) ^ modmult(a, c)) << a << " " << b << " " << c;
+        ASSERT_EQ(modmult(a, 1), a);
+    }
+    for (int32_t a = 1; a < 65536; a++) ASSERT_EQ(modmult(a, mod_inverse(a)), 1) << a;
+    f2t16 = 0;
+}
+
 /* ---- sums of products ---- */
 
 static int32_t plain_sum_of_products(const std::vector<int32_t> &a, const std::vector<int32_t> &b) {
