@@ -499,6 +499,7 @@ def permanent_round_trips(program):
 
 CHANGE_AND_BACK = "Func F = &(p = 7:); &(p = _i:)."
 OPENED, RESUMED, WHOLE = "2>", "*** Resuming earlier command level\n", "\n      777\n\n>"
+NO_LEVEL = "highest level.\n"  # the interrupt came first: the level has run F, which ends it by an error
 INTERRUPTS = 60 if PATIENCE <= 2 else 10
 
 
@@ -525,6 +526,8 @@ def changes_that_are_interrupted(program):
             session.wait_for(OPENED, 60)
             answers_after.append(time.monotonic() - sent)
             session.send("&_p\n")
+            while RESUMED not in session.text and NO_LEVEL not in session.text:
+                check(session.read_some(60 * PATIENCE), f"the session ended: {session.text[-300:]!r}")
             session.send("777 + p - q\n")
             session.wait_for(WHOLE, 60)
         median = statistics.median(answers_after)
