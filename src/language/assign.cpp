@@ -1,10 +1,11 @@
 /* The assignment forms behind a first term: x := e, x :+ n, x :- n, x :+, x :- and the silent x: . */
+#include "display/progress.h"
 #include "language/expressions.h"
 #include "language/names.h"
 #include "matrix/elements.h"
 #include "matrix/sparse.h"
 #include "numbers/handles.h"
-#include "top/guards.h"
+#include "top/driver.h"
 
 namespace tolvek {
 
@@ -68,6 +69,14 @@ static void add_step(quolynode **slot, const quolynode *step, bool minus) {
     store_value(slot, sum.release());
 }
 
+/* The elements of a table field are no figures to count with. */
+static void warn_in_table_field() {
+    constexpr int most_warnings = 10;
+    if (!finf || !verbose || warn_cnt >= most_warnings) return;
+    warn_cnt++;
+    say("*** Warning. increment makes no sense over finite field GF(2^n).\n");
+}
+
 static void increase(stream *input, place &at, quolynode **result, name **cursor) {
     bool minus = token_is(token, "-");
     kept_value<int> held(cells_held, cells_held + at.cell);
@@ -82,6 +91,7 @@ static void increase(stream *input, place &at, quolynode **result, name **cursor
         error(196, token);
         return;
     }
+    warn_in_table_field();
     add_step(at.slot, step.get(), minus);
     give_value(at, result, cursor);
     if (!sparse) return;

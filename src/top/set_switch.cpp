@@ -173,8 +173,10 @@ static void number_switch(switch_call &call, int letter) {
     quoly_handle value;
     int figure = 0;
     bool back = take_way_back(call);
+    const int overflows = warn_cnt;
     if (!back) evaluate_value(call, by_value, value);
     if (!(back && changes_ring) && !by_value && !legal_integer(row, value, figure)) return;
+    if (changes_ring && warn_cnt > overflows) figure = 0; /* no modulus */
 
     name_list names;
     bool local = changes_ring && token_is(token, ":");
