@@ -6,6 +6,7 @@
 #include "matrix/sparse.h"
 #include "numbers/handles.h"
 #include "top/driver.h"
+#include "top/guards.h"
 
 namespace tolvek {
 
