@@ -183,10 +183,10 @@ void choose_ring(switch_call &call) {
     name_list names;
     const bool has_names = token_is(token, "(");
     int n = 0;
-    if (lintmode && !modularmode) {
-        error(62, token);
-    } else if (has_names && *call.cursor) {
+    if (has_names && *call.cursor) {
         error(264, token);
+    } else if (lintmode && !modularmode) {
+        error(62, token);
     } else if (has_names && !save_input_stream(call, names)) {
         error(1, token);
     } else {
