@@ -19,7 +19,18 @@ struct array_writer {
     const array_picture &picture;
     int64_t rows, cols;
     int indent = 0;
-    int column = 0;
+    int column = 0;    /* counted roughly, as folding wants it */
+    int64_t begun = 0; /* the count of characters in front of the element */
+
+    void begin_element() {
+        column = 0;
+        begun = out->count;
+    }
+    /* Blanks up to the width behind the element, and `least` of them at least. */
+    void fill_up(int least) {
+        const int64_t room = picture.width - (out->count - begun);
+        doblanks(out, static_cast<int>(room > least ? room : least));
+    }
 
     bool is_last(int64_t r, int64_t c) const { return r == rows - 1 && c == cols - 1; }
     /* The value of a cell; null: it has none. */
@@ -53,7 +64,6 @@ static void mark_polynomial(array_writer &w, const quolynode *q) {
 static void put_character(array_writer &w, const quolynode *q) {
     if (!q->is_num) array_error(121, w.region.tok);
     quoly_display(w.out, q, &w.column, {.want_continuation = w.picture.on_screen, .as_character = 1});
-    w.column = 1;
 }
 
 static void put_value(array_writer &w, const quolynode *q, const char *terminator, int after_value) {
@@ -106,20 +116,16 @@ static void put_separator(array_writer &w, int64_t r, int64_t c) {
         put_text(w.out, "; \n");
     else if (more)
         put_char(w.out, ',');
-    if (more) w.column++;
 }
 
 /* An element that has no value: on the screen alone, as a file needs no statement for it. */
-static void put_missing(array_writer &w, int64_t r, int64_t c) {
-    put_text(w.out, w.is_last(r, c) ? " * " : " *,");
-    w.column = 3;
-}
+static void put_missing(array_writer &w, int64_t r, int64_t c) { put_text(w.out, w.is_last(r, c) ? " * " : " *,"); }
 
 static void put_element(array_writer &w, int64_t r, int64_t c) {
     const array_picture &p = w.picture;
     const quolynode *q = w.cell(r, c);
     if (!p.on_screen && (!q || q == quol_num_0)) return;
-    w.column = 0;
+    w.begin_element();
     if (!q) {
         put_missing(w, r, c);
     } else {
@@ -135,8 +141,7 @@ static void put_element(array_writer &w, int64_t r, int64_t c) {
             put_separator(w, r, c);
         }
     }
-    const int least = p.as_character ? 0 : p.gap;
-    if (p.on_screen && c < w.cols - 1) w.put_blanks(p.width - w.column > least ? p.width - w.column : least);
+    if (p.on_screen && c < w.cols - 1) w.fill_up(p.as_character ? 0 : p.gap);
 }
 
 static void by_rows(array_writer &w) {
@@ -226,17 +231,15 @@ bool all_small(const array_record *a) {
 static void put_small(array_writer &w, int64_t r, int64_t c) {
     const quolynode *q = w.cell(r, c);
     const bool last = w.is_last(r, c);
-    w.column = 0;
+    w.begin_element();
     if (!q) {
         put_text(w.out, last ? "0  " : "0, ");
-        w.column = 3;
     } else {
         put_char(w.out, ' ');
         put_value(w, q, ",", 0);
         if (!last) put_text(w.out, ", ");
-        w.column += 3;
     }
-    if (c < w.cols - 1) w.put_blanks(w.picture.width - w.column);
+    if (c < w.cols - 1) w.fill_up(0);
 }
 
 void arrdis(text_out *out, const array_region &region, int width) {
@@ -325,13 +328,15 @@ void better_sparse_display(text_out *out, const array_record *a) {
 /* Columns that a short value takes; -1: it is long. */
 static int columns_of(const quolynode *q) {
     static text_out nowhere(-1);
-    constexpr int most_digits = 8, most_terms = 4;
+    constexpr int most_digits = 8, most_terms = 4, most_bits = 100;
     if (q->is_num ? !lintmode && q->numb->num_len > most_digits : numterms(q) > most_terms) return -1;
-    nowhere.failed = true;
+    if (!q->is_num && !lintmode && quoly_max_digits(q) > most_bits) return -1;
+    nowhere.failed = true; /* what is written there is dropped */
     int column = 0;
+    const int64_t before = nowhere.count;
     quoly_display(&nowhere, q, &column, {.want_continuation = 1});
     nowhere.used = 0;
-    return column;
+    return static_cast<int>(nowhere.count - before);
 }
 
 /* The width that aligns the columns; 0 if a value is too long for that. */

@@ -161,6 +161,7 @@ void flush(text_out *out) {
 void put_char(text_out *out, int c) {
     if (out->used == sizeof out->block) flush(out);
     out->block[out->used++] = static_cast<char>(c);
+    out->count++;
     out->taken++;
     out->line_begun = c != '\n';
 }

@@ -6,6 +6,7 @@
 
 #include <cstdarg>
 #include <cstdint>
+#include <cstdint>
 #include <sys/types.h>
 
 namespace tolvek {
@@ -63,6 +64,7 @@ struct text_out {
     int why = 0;             /* the errno of that write */
     int64_t taken = 0;       /* characters taken so far */
     bool line_begun = false; /* the last character was no newline */
+    int64_t count = 0;       /* characters so far */
     char block[8192];
 };
 

@@ -207,6 +207,13 @@ TEST_F(show_array, the_system_array_has_aligned_columns) {
     run("&E");
 }
 
+TEST_F(show_array, residues_and_fractions_are_aligned_too) {
+    run("&(p = 7)\n[r] := [[1,5][6,3]]");
+    EXPECT_EQ(run("[r]"), "   1,  -2,\n   -1, 3\n\n0\n\n");
+    run("&p\n[f] := [[1/2,1][3,4]]");
+    EXPECT_EQ(run("[f]"), "   1 / 2, 1,\n   3,     4\n\n        0\n\n");
+}
+
 TEST_F(show_array, long_elements_stand_one_blank_apart) {
     run("[x] := [(2^120, 1)]");
     EXPECT_EQ(run("[x]"), "   1329227995784915872903807060280344576, 1\n\n        0\n\n");
@@ -214,6 +221,18 @@ TEST_F(show_array, long_elements_stand_one_blank_apart) {
 
 TEST_F(show_array, a_sparse_system_array_has_no_name) {
     EXPECT_EQ(run("[s]"), "[[1, [2, 5], [3, 7] ] ` \n [3, [4, 2] ] ] \n \n\n        0\n\n");
+}
+
+struct show_flote_array : fresh_system {
+    void TearDown() override {
+        forget_arrays();
+        fresh_system::TearDown();
+    }
+};
+
+TEST_F(show_flote_array, floats_are_aligned) {
+    run("[x] := [[0.5,2][-3.25,1e+20]]");
+    EXPECT_EQ(run("[x]"), "   0.5,   2,\n   -3.25, 1e+20\n\n0\n\n");
 }
 
 /* ---- reading back ---- */
