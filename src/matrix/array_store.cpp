@@ -49,6 +49,7 @@ static void standard_to_sparse(array_record *array, matrix_value &value) {
     if (value.rows != array->rows) array_error(249, array->tok);
     sparse_handle fresh(array->rows);
     to_rows(value, fresh.get());
+    own_rows(array);
     put_back_sparse(fresh.get(), array->sparse_head, array->rows);
 }
 
@@ -95,6 +96,7 @@ static void scalar_to_array(const array_region &region, const matrix_value &valu
 static void sparse_to_array(const array_region &region, matrix_value &value) {
     array_record *a = region.array;
     if (a->sparse_head) {
+        own_rows(a);
         put_back_sparse(value.sparse, a->sparse_head, a->rows);
     } else if (is_shared(a)) {
         value.to_dense();

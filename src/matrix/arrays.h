@@ -115,6 +115,12 @@ bool entries_are_held();
 void drop_value(quolynode *q); /* frees it, or lets it wait; null is fine */
 void store_element(quolynode **cell, quolynode *value);
 void drop_rows(sparse_frame *head, int32_t rows); /* a whole sparse matrix */
+/* The rows of a sparse array are borrowed by a matrix in flight, and are not any more. */
+void lend_rows(sparse_frame *head);
+void take_rows_back(const sparse_frame *head);
+/* Called before a sparse array changes: rows that are borrowed stay as they are, and the array, with the parameters that
+   share them, gets a copy. */
+void own_rows(array_record *a);
 void drop_entry(colm *c);                         /* unlinked; its value is dropped too */
 /* Frees what waits, and closes the gaps of the element table. Called when the outermost statement has ended. */
 void release_pending_arrays();

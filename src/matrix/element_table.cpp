@@ -73,6 +73,31 @@ void drop_rows(sparse_frame *head, int32_t rows) {
         free_sparse(&head, rows);
 }
 
+/* ---- rows that are borrowed ---- */
+
+static buffer<const sparse_frame *> lent_rows;
+
+void lend_rows(sparse_frame *head) { lent_rows.push(head); }
+
+void take_rows_back(const sparse_frame *head) {
+    std::size_t i = lent_rows.size();
+    while (i > 0 && lent_rows[i - 1] != head) i--;
+    if (i == 0) return;
+    for (; i < lent_rows.size(); i++) lent_rows[i - 1] = lent_rows[i];
+    lent_rows.pop();
+}
+
+void own_rows(array_record *a) {
+    sparse_frame *shared = a->sparse_head, *own;
+    if (std::find(lent_rows.begin(), lent_rows.end(), shared) == lent_rows.end()) return;
+    copy_sparse(shared, &own, a->rows, false);
+    for (array_record *chain : arr_store)
+        for (array_record *other = chain; other; other = other->next)
+            if (other->sparse_head == shared) other->sparse_head = own;
+    a->sparse_head = own;
+    drop_rows(shared, a->rows);
+}
+
 /* ---- the system array ---- */
 
 void make_syst_cells() {

@@ -42,6 +42,7 @@ void matrix_value::forget() {
 void matrix_value::clear() {
     free_quoly(scalar.slot());
     if (size && !owned) borrowed_matrices--;
+    if (size && !owned && sparse) take_rows_back(sparse);
     if (size && owned && sparse) free_sparse(&sparse, rows);
     if (size && owned && work.claimed())
         for (int64_t i = 0; i < size; i++) free_quoly(&cell(i));
@@ -103,6 +104,7 @@ void matrix_value::borrow_sparse(array_record *a) {
     rows = a->rows;
     size = a->size;
     borrowed_matrices++;
+    lend_rows(sparse);
 }
 
 void matrix_value::own() {

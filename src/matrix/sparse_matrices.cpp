@@ -21,6 +21,7 @@ void sparse_set_scalar(array_record *array, const quolynode *value) {
             }
         }
     }
+    own_rows(array);
     put_back_sparse(fresh.get(), array->sparse_head, array->rows);
 }
 

@@ -125,7 +125,8 @@ static void delete_at(colm **link) {
     drop_entry(c);
 }
 
-static colm **link_at(int64_t a, int64_t b, const array_record *array, bool two_coords, int32_t *column) {
+static colm **link_at(int64_t a, int64_t b, array_record *array, bool two_coords, int32_t *column) {
+    own_rows(array);
     sparse_place at = place_of(a, b, array, two_coords);
     *column = at.column;
     return find_entry(sparse_row(array->sparse_head, at.row), at.column);
@@ -184,6 +185,7 @@ void purge_sparse(colm **row, int32_t column) {
 void sparse_store(sparse_place at, array_record *array, quolynode *value) {
     quoly_handle own;
     *own.slot() = value;
+    own_rows(array);
     colm **link = find_entry(sparse_row(array->sparse_head, at.row), at.column);
     bool found = *link && (*link)->column == at.column;
     if (quoly_is_zero(value)) {

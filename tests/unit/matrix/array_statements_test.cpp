@@ -273,6 +273,15 @@ TEST_F(array_statements, the_right_side_may_delete_or_replace_the_target) {
     EXPECT_EQ(content("y"), "1x2 5 6") << "a borrowed array that goes keeps its values";
 }
 
+TEST_F(array_statements, a_sparse_operand_that_a_function_changes_keeps_its_entries) {
+    run("Array s[2,2] Sparse; s[1,2] := 5\nFunc F(n) =\ns[1,2] := 100; s[2,1] := 7; 1\n.");
+    run("[t] := [s] + F(0)");
+    EXPECT_EQ(content("t"), "2x2 1 1 6 1");
+    EXPECT_EQ(content("s"), "2x2 sparse 0 7 100 0");
+    run("[u] := [s] + (F(0)*[s])");
+    EXPECT_EQ(content("u"), "2x2 sparse 0 14 200 0");
+}
+
 TEST_F(array_statements, reassignment_with_ten_shapes_of_a_million_cells) {
     run("[keep] := [(1,2,3)]");
     for (int k = 0; k < 10; k++) {
