@@ -96,7 +96,9 @@ void special_div_2(polynode **a, const polynode *b, pt *names);
 void poly_mod_and_div(const polynode *a, const polynode *b, polynode **q, polynode **r, polynode **c, pt *names);
 /* which: '|' for the remainder, otherwise the quotient. */
 void poly_mod_or_div(const polynode *a, const polynode *b, polynode **out, int which, pt *names);
-/* The core of both: b no constant. */
+/* *q := the floors of the numbers of a over the constant b, other than 0. Chain form. */
+void poly_floor(const polynode *a, const polynode *b, polynode **q);
+/* The core of both operators: b no constant. */
 void gen_case(const polynode *a, const polynode *b, polynode **q, polynode **r, polynode **c, pt *names);
 
 /* ---- division by a number ---- */

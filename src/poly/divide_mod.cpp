@@ -13,22 +13,30 @@ namespace {
 
 /* ---- by a number ---- */
 
-/* Each number of p by mod_and_div: its quotient or remainder. Null for 0. */
-polynode *each_number(const polynode *p, const number *b, bool quotient) {
+/* What becomes of a number: *result := what its division by b gives. */
+using number_operation = void (*)(const number *x, const number *b, number *result);
+
+void quotient_of_numbers(const number *x, const number *b, number *result) { mod_or_div(x, b, result, 1); }
+void remainder_of_numbers(const number *x, const number *b, number *result) { mod_or_div(x, b, result, 0); }
+/* b is above 0. */
+void floor_of_numbers(const number *x, const number *b, number *result) {
+    number_handle rest;
+    divide(x, b, result, &rest);
+    if (num_sign(&rest) < 0) fastdiff(result, &number_1);
+}
+
+/* Each number of p by the operation. Null for 0. */
+polynode *each_number(const polynode *p, const number *b, number_operation operation) {
     growing_list out;
     for (; p; p = p->next) {
         safe_point();
         if (p->is_number) {
             poly_handle t(new_number_term());
-            number_handle other;
-            if (quotient)
-                mod_and_div(p->num, b, &other, t->num);
-            else
-                mod_and_div(p->num, b, t->num, &other);
+            operation(p->num, b, t->num);
             if (num_sign(t->num)) out.append(t.release());
             continue;
         }
-        poly_handle c(each_number(p->poly, b, quotient));
+        poly_handle c(each_number(p->poly, b, operation));
         if (c) out.append(term_of(p->expo, c));
     }
     return out.release();
@@ -43,8 +51,8 @@ void divide_by_constant(const polynode *a, const number *b, polynode **q, polyno
         return;
     }
     poly_handle quotient, remainder;
-    if (q) *quotient.slot() = list_or_zero(each_number(a, b, true));
-    if (r) *remainder.slot() = list_or_zero(each_number(a, b, false));
+    if (q) *quotient.slot() = list_or_zero(each_number(a, b, quotient_of_numbers));
+    if (r) *remainder.slot() = list_or_zero(each_number(a, b, remainder_of_numbers));
     if (c) poly_set(1, c);
     if (q) quotient.release_to(q);
     if (r) remainder.release_to(r);
@@ -142,6 +150,19 @@ void poly_mod_and_div(const polynode *a, const polynode *b, polynode **q, polyno
         divide_by_constant(a, b->num, q, r, c);
     else
         gen_case(a, b, q, r, c, names);
+}
+
+void poly_floor(const polynode *a, const polynode *b, polynode **q) {
+    poly_handle floors, above;
+    number_handle divisor;
+    num_assign(b->num, &divisor);
+    if (num_sign(b->num) < 0) {
+        in_place_neg(&divisor);
+        poly_makeneg(a, above.slot());
+        a = above.get();
+    }
+    *floors.slot() = list_or_zero(each_number(a, &divisor, floor_of_numbers));
+    floors.release_to(q);
 }
 
 void poly_mod_or_div(const polynode *a, const polynode *b, polynode **out, int which, pt *names) {

@@ -1,74 +1,38 @@
 /* The operators \ and | on values. */
 #include "language/tokens.h"
-#include "numbers/handles.h"
 #include "numbers/int_divide.h"
-#include "numbers/int_mult.h"
-#include "numbers/modular.h"
 #include "poly/divide.h"
-#include "poly/model_work.h"
 #include "poly/mult.h"
 #include "quoly/normal.h"
 #include "quoly/quoly_numbers.h"
 
 namespace tolvek {
 
-/* ---- by a number: each coefficient ---- */
-
-using number_operation = void (*)(const number *, const number *, number *);
+/* ---- by a number ---- */
 
 static void integer_quotient(const number *a, const number *b, number *dst) { mod_or_div(a, b, dst, 1); }
 static void remainder(const number *a, const number *b, number *dst) { mod_or_div(a, b, dst, 0); }
 
-/* Chain. */
-static void floor_quotient(const number *a, const number *b, number *dst) {
-    number_handle rest;
-    divide(a, b, dst, &rest);
-    if (num_sign(&rest) < 0) fastdiff(dst, &number_1);
-}
-
-/* p with each number taken through the operation with b; terms that become 0 go. */
-static polynode *each_number(const polynode *p, number_operation operation, const number *b) {
-    growing_list result;
-    for (; p; p = p->next) {
-        polynode *c = nullptr, *term = nullptr;
-        if (p->is_number) {
-            poly_set(0, &c);
-            operation(p->num, b, c->num);
-        } else {
-            c = each_number(p->poly, operation, b);
-        }
-        make_monomial(&term, p->expo, c);
-        if (poly_iszero(term))
-            free_poly(&term);
-        else
-            result.append(term);
-    }
-    return list_or_zero(result.release());
-}
-
 /* The floor of each coefficient of n / d by b; without a denominator the rule of signs of the numbers holds. */
-static void quotient_by_number(const part &n, const part &d, const number *b, quolynode **r) {
-    poly_handle q;
+static void quotient_by_number(const part &n, const part &d, const polynode *b, quolynode **r) {
+    poly_handle q, divisor;
     if (d.is_there()) {
-        number_handle divisor;
-        fast_mult(d.get()->num, b, &divisor);
-        *q.slot() = each_number(n.get(), floor_quotient, &divisor);
+        poly_mult(d.get(), b, divisor.slot(), nullptr);
+        poly_floor(n.get(), divisor.get(), q.slot());
     } else {
-        *q.slot() = each_number(n.get(), integer_quotient, b);
+        poly_mod_or_div(n.get(), b, q.slot(), '\\', polynames);
     }
     poly_to_value(q, r);
 }
 
 /* ---- by a polynomial, in its main variable ---- */
 
-/* c * a = q * b + r, the degree of r in b's main variable below that of b. */
+/* c * a = q * b + r, the degree of r in b's main variable below that of b. False where c is no unit of a ring of words. */
 struct division {
     poly_handle q, r, c;
     bool divide(const polynode *a, const polynode *b) {
-        int32_t inverse;
-        if (modularmode && !find_inverse(leading_coef(b)->num->lint_val, &inverse)) return false;
         poly_mod_and_div(a, b, q.slot(), r.slot(), c.slot(), polynames);
-        return true;
+        return !lintmode || first_coef_invrtble(leading_coef(c.get()), 1);
     }
 };
 
@@ -80,7 +44,7 @@ static void no_division(quolynode **r) {
 
 static void remainder_part(const part &n, const polynode *b, poly_handle &num, poly_handle &den, bool *failed) {
     if (is_constant(b)) {
-        *num.slot() = each_number(n.get(), remainder, b->num);
+        poly_mod_or_div(n.get(), b, num.slot(), '|', polynames);
         return;
     }
     division w;
@@ -137,7 +101,7 @@ static void quotient_of_fraction(const part &n, const part &d, const polynode *b
     if (!is_constant(b)) {
         quotient_by_polynomial(n, d, b, r);
     } else if (!d.is_there() || d.is_number()) {
-        quotient_by_number(n, d, b->num, r);
+        quotient_by_number(n, d, b, r);
     } else { /* a has no integer part */
         error(227, token_record{"\\", hash_unknown});
         quoly_set(0, r);

@@ -759,6 +759,9 @@ TEST_F(reduction_test, integer_quotients_and_remainders_of_polynomials) {
     EXPECT_EQ(value_of("(7/2) \\ 2"), "1");
     EXPECT_EQ(value_of("(7/3) \\ 2"), "1");
     EXPECT_EQ(value_of("(-7/2) \\ 2"), "-2");
+    EXPECT_EQ(value_of("(7/2) \\ (-2)"), "-2");
+    EXPECT_EQ(value_of("(-7/2) \\ (-2)"), "1");
+    EXPECT_EQ(value_of("((7x - 3y)/2) \\ (-1)"), "-4x + y");
     EXPECT_NE(run("(x/3) | 3").find(message_text(210)), std::string::npos);
     EXPECT_NE(run("x | 0").find(message_text(22)), std::string::npos);
     EXPECT_NE(run("x \\ (y - y)").find(message_text(22)), std::string::npos);
