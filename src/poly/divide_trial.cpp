@@ -1,11 +1,10 @@
 /* Trial division. A failing division in many variables is dear, so images are tried first: with the variables below the
    top one at random values modulo a prime, a divisor goes to a divisor. */
-#include "numbers/modular.h"
 #include "numbers/random.h"
 #include "poly/divide_work.h"
+#include "poly/evaluate.h"
+#include "poly/flat_uni.h"
 #include "poly/measures.h"
-#include "top/heap.h"
-#include "top/interrupts.h"
 #include "top/stack_limit.h"
 
 #include <algorithm>
@@ -16,62 +15,28 @@ namespace {
 
 /* ---- images in one variable ---- */
 
-constexpr int32_t image_prime = 2147483629;
+constexpr uint32_t image_prime = 2147483629;
 constexpr int32_t most_degree = 1 << 16; /* of an image; beyond, the full division decides */
 
-/* Evaluates modulo a word; values of the levels from 2 on. */
-struct evaluation {
-    word_divisor m;
-    uint32_t value[most_variables + 2];
-
-    explicit evaluation(uint32_t n) : m(n) {}
-    uint32_t residue(const number *x) const {
-        return lintmode ? static_cast<uint32_t>(x->lint_val) : chain_modulo(x, static_cast<uint32_t>(m.n));
-    }
-    uint32_t power(uint32_t x, uint32_t e) const {
-        uint32_t y = 1;
-        for (; e; e >>= 1, x = m.product(x, x))
-            if (e & 1) y = m.product(y, x);
-        return y;
-    }
-    /* By Horner's rule over the gaps. */
-    uint32_t at_values(const polynode *p, int level) const {
-        if (is_constant(p)) return residue(p->num);
-        uint32_t sum = 0;
-        for (; p; p = p->next) {
-            safe_point();
-            const uint64_t c = p->is_number ? residue(p->num) : at_values(p->poly, level + 1);
-            sum = static_cast<uint32_t>((uint64_t{sum} + c) % m.n);
-            const int64_t gap = int64_t{p->expo} - (p->next ? p->next->expo : 0);
-            if (gap) sum = m.product(sum, power(value[level], static_cast<uint32_t>(gap)));
-        }
-        return sum;
-    }
-    /* The list in the top variable; its head coefficient comes back, 0 when the degree drops. */
-    uint32_t image(const polynode *p, buffer<uint32_t> *out) const {
-        out->resize(static_cast<std::size_t>(p->expo) + 1);
-        std::fill(out->begin(), out->end(), 0);
-        const std::size_t top = out->size() - 1;
-        for (; p; p = p->next)
-            (*out)[static_cast<std::size_t>(p->expo)] = p->is_number ? residue(p->num) : at_values(p->poly, 2);
-        return (*out)[top];
+/* Random values for the levels from 2 to `deepest`. */
+struct random_values : evaluation_list {
+    random_values(int deepest, uint32_t bound) {
+        for (int level = 2; level <= deepest; level++)
+            put(static_cast<int32_t>(static_cast<uint32_t>(rand_integer()) % bound));
     }
 };
 
-/* a := a mod b; is it 0? */
-bool leaves_nothing(buffer<uint32_t> &a, const buffer<uint32_t> &b, const word_divisor &m) {
-    uint32_t inverse = 0;
-    inverse_modulo(b.data()[b.size() - 1], m, &inverse);
-    const std::size_t degree = b.size() - 1;
-    for (std::size_t e = a.size(); e-- > degree;) {
-        safe_point();
-        if (!a[e]) continue;
-        const uint64_t q = m.n - m.product(a[e], inverse);
-        uint32_t *from = &a[e - degree];
-        for (std::size_t i = 0; i < degree; i++)
-            if (b[i]) from[i] = static_cast<uint32_t>((uint64_t{from[i]} + m.product(b[i], q)) % m.n);
+/* *out := p at the values, in its top variable. False when its degree drops. */
+bool image(const polynode *p, const evaluation_list &values, const word_divisor &m, uni_poly *out) {
+    out->clear();
+    out->resize(static_cast<std::size_t>(p->expo) + 1);
+    std::fill(out->begin(), out->end(), 0);
+    const std::size_t top = out->size() - 1;
+    for (; p; p = p->next) {
+        polynode lone;
+        (*out)[static_cast<std::size_t>(p->expo)] = image_at_numbers(coefficient_of(p, &lone), values.get(), m);
     }
-    return std::all_of(a.begin(), a.begin() + std::min(degree, a.size()), [](uint32_t x) { return x == 0; });
+    return (*out)[top] != 0;
 }
 
 int deepest_level(const polynode *p) {
@@ -101,13 +66,13 @@ verdict try_images(const polynode *a, const polynode *b) {
     if (!images_apply(a, b)) return verdict::none;
     const int deepest = std::max(deepest_level(a), deepest_level(b));
     if (deepest < 2) return verdict::none;
-    evaluation e(modularmode ? static_cast<uint32_t>(modulus) : static_cast<uint32_t>(image_prime));
-    buffer<uint32_t> of_a, of_b;
+    const uni_field f(modularmode ? static_cast<uint32_t>(modulus) : image_prime);
+    const word_divisor m(f.p, f.reciprocal);
+    uni_poly of_a, of_b;
     for (int i = attempts(a, b); i > 0; i--) {
-        for (int l = 2; l <= deepest; l++)
-            e.value[l] = static_cast<uint32_t>(rand_integer()) % static_cast<uint32_t>(e.m.n);
-        if (!e.image(b, &of_b) || !e.image(a, &of_a)) continue;
-        return leaves_nothing(of_a, of_b, e.m) ? verdict::passed : verdict::refused;
+        const random_values values(deepest, f.p);
+        if (!image(b, values, m, &of_b) || !image(a, values, m, &of_a)) continue;
+        return uni_divides(f, of_a, of_b, nullptr) ? verdict::passed : verdict::refused;
     }
     return verdict::none;
 }

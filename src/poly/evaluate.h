@@ -8,6 +8,7 @@
    points. */
 #pragma once
 
+#include "numbers/modular.h"
 #include "poly/model.h"
 
 namespace tolvek {
@@ -24,6 +25,9 @@ void old_all_poly_eval(const polynode *p, const polynode *list, polynode **out, 
 void mod_all_poly_eval(const polynode *p, const polynode *list, int32_t *value); /* modularmode */
 void rat_all_poly_eval(const polynode *p, const polynode *list, number *value);  /* chains: lintmode off */
 void actual_eval_poly(const polynode *p, const polynode *list, number *value);   /* every ring */
+/* The value modulo the word m: the integers of p and of the list are taken modulo m. Not for floats; in a modular ring m
+   is the modulus. The list is long enough and has numbers alone. */
+uint32_t image_at_numbers(const polynode *p, const polynode *list, const word_divisor &m);
 
 /* Makes an evaluation list, from the top level down. Values are consumed; number values are copied. */
 class evaluation_list {

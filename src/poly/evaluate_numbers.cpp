@@ -21,11 +21,11 @@ namespace {
 /* ---- number forms ---- */
 
 /* x^e for e above 0, by squares. */
-template <class form> typename form::word power_of(typename form::word x, uint32_t e) {
+template <class form> typename form::word power_of(const form &f, typename form::word x, uint32_t e) {
     typename form::word y = x;
     for (int bit = 30 - __builtin_clz(e); bit >= 0; bit--) {
-        y = form::product(y, y);
-        if (e >> bit & 1) y = form::product(y, x);
+        y = f.product(y, y);
+        if (e >> bit & 1) y = f.product(y, x);
     }
     return y;
 }
@@ -47,7 +47,7 @@ struct wrapping_words {
     static word of(const number *x) { return static_cast<uint32_t>(x->lint_val); }
     static word sum(word a, word b) { return a + b; }
     static word product(word a, word b) { return a * b; }
-    static word power(word x, uint32_t e) { return power_of<wrapping_words>(x, e); }
+    static word power(word x, uint32_t e) { return power_of(wrapping_words{}, x, e); }
 };
 
 struct flotes {
@@ -55,7 +55,19 @@ struct flotes {
     static word of(const number *x) { return x->flote_val; }
     static word sum(word a, word b) { return a + b; }
     static word product(word a, word b) { return a * b; }
-    static word power(word x, uint32_t e) { return power_of<flotes>(x, e); }
+    static word power(word x, uint32_t e) { return power_of(flotes{}, x, e); }
+};
+
+/* Numbers of chain or word form modulo a word. */
+struct images {
+    using word = uint32_t;
+    word_divisor m;
+    word of(const number *x) const {
+        return lintmode ? static_cast<word>(x->lint_val) : chain_modulo(x, static_cast<uint32_t>(m.n));
+    }
+    word sum(word a, word b) const { return static_cast<word>((uint64_t{a} + b) % m.n); }
+    word product(word a, word b) const { return m.product(a, b); }
+    word power(word x, uint32_t e) const { return power_of(*this, x, e); }
 };
 
 /* ---- the list ---- */
@@ -69,17 +81,18 @@ list_fault fault_at(const polynode *list) {
 /* ---- words ---- */
 
 template <class form> struct word_evaluation {
+    form f{};
     list_fault fault = list_fault::none;
 
     typename form::word value(const polynode *p, const polynode *list) {
-        if (is_constant(p)) return form::of(p->num);
+        if (is_constant(p)) return f.of(p->num);
         list_fault found = fault_at(list);
         if (found != list_fault::none) {
             fault = found;
             return {};
         }
         safe_point();
-        return horner(p, form::of(list->poly->num), list->next);
+        return horner(p, f.of(list->poly->num), list->next);
     }
 
   private:
@@ -87,18 +100,18 @@ template <class form> struct word_evaluation {
         typename form::word sum = coefficient(p, rest);
         int32_t expo = p->expo;
         for (p = p->next; p; p = p->next) {
-            sum = form::sum(raised(sum, x, expo - p->expo), coefficient(p, rest));
+            sum = f.sum(raised(sum, x, expo - p->expo), coefficient(p, rest));
             expo = p->expo;
         }
         assert(expo >= 0);
         return raised(sum, x, expo);
     }
     typename form::word coefficient(const polynode *t, const polynode *rest) {
-        return t->is_number ? form::of(t->num) : value(t->poly, rest);
+        return t->is_number ? f.of(t->num) : value(t->poly, rest);
     }
-    static typename form::word raised(typename form::word sum, typename form::word x, int32_t gap) {
+    typename form::word raised(typename form::word sum, typename form::word x, int32_t gap) const {
         if (gap == 0) return sum;
-        return form::product(sum, gap == 1 ? x : form::power(x, static_cast<uint32_t>(gap)));
+        return f.product(sum, gap == 1 ? x : f.power(x, static_cast<uint32_t>(gap)));
     }
 };
 
@@ -205,6 +218,14 @@ void mod_all_poly_eval(const polynode *p, const polynode *list, int32_t *value) 
     if (reported(word_value<residues>(p, list, value), "arg is NULL but q not number in mod_all_poly_eval. ",
                  "arg->exp = 1 in mod_all_poly_eval. "))
         *value = 0;
+}
+
+uint32_t image_at_numbers(const polynode *p, const polynode *list, const word_divisor &m) {
+    check_stack();
+    word_evaluation<images> evaluation{.f = {m}};
+    const uint32_t value = evaluation.value(p, list);
+    assert(evaluation.fault == list_fault::none);
+    return value;
 }
 
 void rat_all_poly_eval(const polynode *p, const polynode *list, number *value) {
