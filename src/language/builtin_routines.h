@@ -84,6 +84,10 @@ void builtin_pdivide(builtin_call &call); /* Pdivide(a, b): the quotient if b di
 void builtin_sdivide(builtin_call &call); /* SDivide(a, b, ^q): as Divides, and q := the quotient if there is one */
 void builtin_remquot(builtin_call &call); /* Remquot(a, b, ^q): a | b, and q := a \ b */
 
+/* Powermod(p, e, m): p^e modulo the integer or monic polynomial m. Errors 62 for floats, 202, 286 (a base with a
+   denominator), 292 (an exponent that is no integer), 313, and those of powermod. */
+void builtin_powermod(builtin_call &call);
+
 /* ---- values (builtins_value.cpp) ---- */
 
 void builtin_denominator(builtin_call &call);

@@ -80,7 +80,7 @@ static const builtin_entry entries[] = {
     {"Pfroot", builtin_pth_root, 0},
     {"Pint", builtin_cast, 0},
     {"Poly", builtin_array_to_polynomial, 0},
-    {"Powermod", nullptr, 62},
+    {"Powermod", builtin_powermod, 0},
     {"Prime", builtin_prime, 0},
     {"Prod", builtin_product, 0},
     {"Pseudet", nullptr, 28},

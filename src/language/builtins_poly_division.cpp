@@ -1,7 +1,9 @@
 /* Built-in functions that divide polynomials and tell whether that leaves nothing. */
 #include "language/builtin_routines.h"
 #include "language/names.h"
+#include "numbers/handles.h"
 #include "poly/divide.h"
+#include "quoly/powermod.h"
 #include "top/ring.h"
 
 namespace tolvek {
@@ -105,6 +107,43 @@ void builtin_remquot(builtin_call &call) {
     quoly_mod_or_div(of.a.get(), of.b.get(), quotient.slot(), '\\');
     quoly_mod_or_div(of.a.get(), of.b.get(), call.result, '|');
     store_quotient(place, quotient);
+}
+
+/* A plain number as a chain; in the modular ring it has been read as an integer of 32 bits. */
+static bool exponent_of(const quolynode *q, number *e) {
+    if (!q->is_num) return false;
+    if (!lintmode) {
+        num_assign(q->numb, e);
+        return true;
+    }
+    const int32_t value = q->numb->lint_val;
+    const chain_form integers;
+    set_int64(value, e);
+    return true;
+}
+
+void builtin_powermod(builtin_call &call) {
+    if (lintmode && !modularmode) error(62, token);
+    check_for_paren(call);
+    argument base, exponent, m;
+    base.read_expression(call);
+    if (!token_is(token, ",")) error(202, token);
+    number_handle e;
+    bool integral;
+    {
+        const modular_pause pause;
+        exponent.read_expression(call);
+        integral = exponent_of(exponent.get(), &e);
+    }
+    if (!token_is(token, ",")) error(202, token);
+    m.read_expression(call);
+    close_paren(call);
+    if (!base.is_number() && base.get()->den)
+        error(286, token);
+    else if (!integral)
+        error(292, token);
+    else
+        powermod(base.get(), m.get(), &e, call.result);
 }
 
 } // namespace tolvek
