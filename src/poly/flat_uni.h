@@ -91,7 +91,10 @@ void uni_power_modulo(const uni_field &f, const uni_poly &a, const number *e, co
 /* g := the monic greatest common divisor; zero for two zeros. */
 void uni_gcd(const uni_field &f, const uni_poly &a, const uni_poly &b, uni_poly *g);
 
-/* The same with s * a + t * b = g. deg s < deg b - deg g and deg t < deg a - deg g, but for operands of which one divides
+/* The same in place: x := the greatest common divisor, but for a factor of the field; y := 0. */
+void uni_euclid(const uni_field &f, uni_poly *x, uni_poly *y);
+
+/* g := the monic greatest common divisor, with s * a + t * b = g. deg s < deg b - deg g and deg t < deg a - deg g, but for operands of which one divides
    the other: then the other's cofactor is 0 and that of the divisor a constant (for a = b, t is the constant). g, s and t
    are three; each may be null. */
 void uni_extended_gcd(const uni_field &f, const uni_poly &a, const uni_poly &b, uni_poly *g, uni_poly *s, uni_poly *t);
@@ -107,7 +110,7 @@ struct hg_matrix {
     void make_identity();
 };
 
-/* Half of Euclid's steps. deg x > deg y; with n = deg x and h = (n + 1) / 2, the steps go on while deg y >= h, so that
+/* Half of Euclid's steps. deg x >= deg y; with n = deg x and h = (n + 1) / 2, the steps go on while deg y >= h, so that
    afterwards deg x' >= h > deg y'. The matrix may be null. (R. Moenck, 1973; as in K. Thull and C. Yap, 1990) */
 void uni_half_gcd(const uni_field &f, uni_poly *x, uni_poly *y, hg_matrix *m);
 

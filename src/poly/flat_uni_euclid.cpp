@@ -214,23 +214,42 @@ bool worth_halving(const uni_field &f, const uni_poly &x, const uni_poly &y) {
 } // namespace
 
 void uni_half_gcd(const uni_field &f, uni_poly *x, uni_poly *y, hg_matrix *m) {
-    assert(x->size() > y->size());
+    assert(x->size() >= y->size());
+    if (x->size() > y->size()) return half(f, x, y, m);
+    if (m) m->make_identity();
+    if (y->empty()) return;
+    /* one step lets the degrees differ: M (0 1; 1 -q) */
+    uni_poly q;
+    uni_divide_in_place(f, x, *y, &q);
+    swap_polys(*x, *y);
     half(f, x, y, m);
+    if (!m) return;
+    take_product(f, &m->a, q, m->b);
+    take_product(f, &m->c, q, m->d);
+    swap_polys(m->a, m->b);
+    swap_polys(m->c, m->d);
+    m->odd = !m->odd;
 }
 
-void uni_gcd(const uni_field &f, const uni_poly &a, const uni_poly &b, uni_poly *g) {
-    uni_poly x, y, q;
-    uni_copy(a.size() >= b.size() ? a : b, &x);
-    uni_copy(a.size() >= b.size() ? b : a, &y);
+void uni_euclid(const uni_field &f, uni_poly *x, uni_poly *y) {
+    uni_poly q;
+    if (x->size() < y->size()) swap_polys(*x, *y);
     std::size_t work = 0;
-    while (!y.empty()) {
-        if (work += y.size(); work > 1 << 18) {
+    while (!y->empty()) {
+        if (work += y->size(); work > 1 << 18) {
             safe_point();
             work = 0;
         }
-        if (worth_halving(f, x, y)) half(f, &x, &y, nullptr);
-        if (!y.empty()) euclid_step(f, &x, &y, nullptr, &q);
+        if (worth_halving(f, *x, *y)) half(f, x, y, nullptr);
+        if (!y->empty()) euclid_step(f, x, y, nullptr, &q);
     }
+}
+
+void uni_gcd(const uni_field &f, const uni_poly &a, const uni_poly &b, uni_poly *g) {
+    uni_poly x, y;
+    uni_copy(a, &x);
+    uni_copy(b, &y);
+    uni_euclid(f, &x, &y);
     uni_make_monic(f, &x);
     uni_move(&x, g);
 }
