@@ -6,10 +6,9 @@
 #include "poly/mult.h"
 #include "poly/mult_work.h"
 #include "poly/power_work.h"
-#include "support/rand_poly.h"
 #include "support/safe_point_gaps.h"
+#include "support/safe_points.h"
 #include "top/guards.h"
-#include "top/interrupts.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,42 +19,6 @@ namespace tolvek {
 namespace {
 
 using mult_interrupt_test = poly_test;
-
-struct stopped {};
-long passed, stop_at;
-
-long safe_points_of(const std::function<void()> &routine) {
-    passed = stop_at = 0;
-    watch_safe_points([] {
-        if (++passed == stop_at) throw stopped{};
-    });
-    routine();
-    watch_safe_points(nullptr);
-    return passed;
-}
-
-/* Leaves the routine at its safe points, at 40 of them when there are more: no record is lost, and p is as before. */
-void leave_everywhere(const std::string &what, polynode **p, const std::function<void()> &routine) {
-    poly_handle before;
-    poly_assign(*p, before.slot());
-    routine(); /* tables that stay are made */
-    poly_assign(before.get(), p);
-    const long all = safe_points_of(routine);
-    poly_assign(before.get(), p);
-    const records_in_use found = count_records_in_use();
-    EXPECT_GT(all, 0) << what;
-    for (long k = 1; k <= all; k += std::max(1L, all / 40)) {
-        passed = 0;
-        stop_at = k;
-        watch_safe_points([] {
-            if (++passed == stop_at) throw stopped{};
-        });
-        EXPECT_THROW(routine(), stopped) << what;
-        watch_safe_points(nullptr);
-        EXPECT_EQ(count_records_in_use(), found) << what << ", safe point " << k;
-        ASSERT_TRUE(*p ? poly_equal(*p, before.get()) : !before) << what << ", safe point " << k;
-    }
-}
 
 /* n + 1 terms in each of so many variables, with coefficients that differ. */
 polynode *dense(int variables, int n) {
@@ -127,39 +90,6 @@ TEST_F(mult_interrupt_test, a_power_that_is_left_keeps_its_value) {
 
 /* ---- stored operands ---- */
 
-namespace {
-
-/* The records of a polynomial and what stands in them. */
-uint64_t fingerprint(const polynode *p, uint64_t h = 14695981039346656037u) {
-    const auto mix = [&h](uint64_t v) { h = (h ^ v) * 1099511628211u; };
-    for (; p; p = p->next) {
-        mix(reinterpret_cast<uintptr_t>(p));
-        mix(static_cast<uint64_t>(p->expo) << 1 | static_cast<uint64_t>(p->is_number));
-        if (!p->is_number) {
-            h = fingerprint(p->poly, h);
-            continue;
-        }
-        mix(reinterpret_cast<uintptr_t>(p->num));
-        if (lintmode) {
-            mix(static_cast<uint64_t>(p->num->lint_val));
-            continue;
-        }
-        mix(static_cast<uint64_t>(p->num->num_len));
-        for (const numnode *d = p->num->num_head; d; d = d->next) {
-            mix(reinterpret_cast<uintptr_t>(d));
-            mix(static_cast<uint64_t>(d->digit));
-        }
-    }
-    return h;
-}
-
-const polynode *stored[2];
-uint64_t stored_as[2];
-bool stored_are_whole() { return fingerprint(stored[0]) == stored_as[0] && fingerprint(stored[1]) == stored_as[1]; }
-
-} // namespace
-
-/* A nested level shows the stored values at the safe point itself, so they are whole there and not only afterwards. */
 TEST_F(mult_interrupt_test, stored_operands_are_whole_to_the_bit_at_200_random_safe_points) {
     int left = 0;
     for (int i = 0; left < 200 && i < 20000; i++) {
@@ -171,29 +101,12 @@ TEST_F(mult_interrupt_test, stored_operands_are_whole_to_the_bit_at_200_random_s
         const int n = lists ? 9 : 14;
         poly_handle a(dense(2, n)), b(dense(2, n - 1)), p;
         const polynode *x = a.get(), *y = rnd.below(3) ? b.get() : a.get();
-        stored[0] = x;
-        stored[1] = y;
-        for (int k : {0, 1}) stored_as[k] = fingerprint(stored[k]);
-        const long all = safe_points_of([&] { poly_mult(x, y, p.slot(), nullptr); });
-        free_poly(p.slot());
-        if (all == 0) continue;
-        passed = 0;
-        stop_at = 1 + static_cast<long>(rnd.below(static_cast<int>(all)));
-        watch_safe_points([] {
-            EXPECT_TRUE(stored_are_whole());
-            if (++passed == stop_at) throw stopped{};
-        });
-        /* Work between safe points is counted over products, so that a second run may pass one less. */
-        bool ended = false;
-        try {
+        const bool was_left = leave_at_random(rnd, {x, y}, [&] {
+            free_poly(p.slot());
             poly_mult(x, y, p.slot(), nullptr);
-            ended = true;
-        } catch (const stopped &) {
-        }
-        watch_safe_points(nullptr);
-        ASSERT_TRUE(stored_are_whole()) << "product " << i;
-        EXPECT_EQ(ended, static_cast<bool>(p));
-        if (!ended) left++;
+        });
+        if (was_left) left++;
+        if (HasFailure()) return;
     }
     EXPECT_EQ(left, 200);
 }
