@@ -1,6 +1,9 @@
 #include "support/fresh_system.h"
 
+#include "language/names.h"
+#include "support/rand_poly.h"
 #include "top/errors.h"
+#include "top/guards.h"
 
 namespace tolvek {
 
@@ -56,6 +59,36 @@ TEST_F(division_test, wrong_operands) {
     EXPECT_TRUE(raises(run("Divides x"), 177));
     EXPECT_TRUE(raises(run("Divides(x, x"), 1));
     EXPECT_EQ(value_of("q"), "7");
+}
+
+/* Negative exponents stand in a stored value; statements cannot write them yet. */
+TEST_F(division_test, negative_exponents_have_no_gcd_with_cofactors_and_no_modular_powers) {
+    run("q := x");
+    token_record name{"q", hash_unknown};
+    poly_handle p(poly_of("x^-1 + 1"));
+    const kept_value<int> with_negative_exponents(laurent, 1);
+    p.release_to(&find_variable(name)->value->num);
+    EXPECT_TRUE(raises(run("Egcd(q, x + 1)"), 198));
+    EXPECT_TRUE(raises(run("Egcd(x + 1, q)"), 198));
+    EXPECT_TRUE(raises(run("Egcd(3, q)"), 198));
+    EXPECT_TRUE(raises(run("Powermod(q, 2, x + 1)"), 198));
+    EXPECT_TRUE(raises(run("Powermod(x, 2, q)"), 198));
+    EXPECT_EQ(value_of("Divides(q, x)"), "1"); /* powers of x are units */
+    EXPECT_TRUE(raises(run("Powermod(x, 2, 3, 4)"), 1));
+}
+
+TEST_F(division_test, a_denominator_has_no_gcd_with_cofactors) {
+    for (const char *statement : {"Egcd(1/2, 3)", "Egcd(3, 1/2)", "Egcd(1/x, x)", "Egcd(x, y/2)"})
+        EXPECT_TRUE(raises(run(statement), 186)) << statement;
+}
+
+/* a^p = a modulo p for every integer (P. de Fermat), and (a + b)^p = a^p + b^p. */
+TEST_F(division_test, powers_modulo_a_prime) {
+    EXPECT_EQ(value_of("Powermod(123456789, 10^9 + 7, 10^9 + 7)"), "123456789");
+    EXPECT_EQ(value_of("Powermod(10^40, 10^9 + 7, 10^9 + 7) - (10^40 | (10^9 + 7))"), "0");
+    EXPECT_EQ(value_of("Powermod(x + y, 13, 13) - x^13 - y^13"), "0");
+    EXPECT_EQ(value_of("Powermod(x + y, 4, x^2 - y) - (y^4 + (4x + 6)*y^3 + (4x + 1)*y^2)"), "0");
+    EXPECT_EQ(value_of("Powermod(x, 0, x^2 + 1)"), "1");
 }
 
 } // namespace tolvek
