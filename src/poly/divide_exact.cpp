@@ -55,16 +55,32 @@ void fast_poly_divide(polynode **a, const polynode *b, pt *names, int depth) {
         not_exact(*a, b, depth);
 }
 
-/* The coefficient of each term is built aside and linked in with one store. A safe point finds the list whole. */
+static polynode *take_term(polynode **list) {
+    polynode *t = *list;
+    *list = t->next;
+    t->next = nullptr;
+    return t;
+}
+
 void fast_divide(polynode **a, const polynode *b, pt *names, int depth) {
-    for (polynode *t = *a; t; t = t->next) {
-        if (t->is_number) {
-            if (is_constant(b) || poly_iszero(*a)) continue;
+    poly_handle rest;
+    growing_list quotient;
+    poly_assign(*a, rest.slot());
+    while (rest) {
+        poly_handle t(take_term(rest.slot()));
+        if (!t->is_number) {
+            fast_poly_divide(&t->poly, b, names_below(names), 2 * depth);
+            remove_dummy(t.get());
+        } else if (is_constant(b)) {
+            poly_quot(t.get(), b, t.slot(), depth);
+        } else if (!poly_iszero(t.get())) {
             tolvek_error(" tp numb in fast_divide.", 1);
             return;
         }
-        fast_poly_divide(&t->poly, b, names_below(names), 2 * depth);
+        quotient.append(t.release());
     }
+    poly_handle result(quotient.release());
+    result.release_to(a);
 }
 
 } // namespace tolvek

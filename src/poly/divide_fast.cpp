@@ -149,14 +149,14 @@ void by_shifts(const polynode *a, const polynode *b, poly_handle *q, poly_handle
    the blocks without terms are passed over. */
 void by_blocks(const polynode *a, const polynode *b, poly_handle *q, poly_handle *r, pt *names) {
     const int64_t width = 2 * int64_t{b->expo};
-    poly_set(0, q->slot());
+    growing_list parts;
     poly_set(0, r->slot());
     const polynode *at = a;
     for (int64_t block = a->expo / width; block >= 0; block--) {
         safe_point();
         const bool empty = !at || at->expo < block * width;
         if (empty && poly_iszero(r->get())) {
-            if (!at) return;
+            if (!at) break;
             block = at->expo / width;
         }
         const part_of_list part(at, block * width, INT64_MAX);
@@ -165,9 +165,11 @@ void by_blocks(const polynode *a, const polynode *b, poly_handle *q, poly_handle
         while (at && at->expo >= block * width) at = at->next;
         poly_handle quotient, rest(r->release());
         by_ratio(rest.get(), b, &quotient, r, names);
+        if (poly_iszero(quotient.get())) continue;
         if (block > 0) raise_exponents(quotient.slot(), static_cast<int32_t>(block * width));
-        best_poly_add(quotient.release(), q->release(), q->slot());
+        parts.append_all(quotient.release());
     }
+    *q->slot() = list_or_zero(parts.release());
 }
 
 bool with_negative_exponents(const polynode *a, const polynode *b) {

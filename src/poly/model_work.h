@@ -45,6 +45,10 @@ class growing_list {
         *end = t;
         end = &t->next;
     }
+    void append_all(polynode *list) {
+        for (*end = list; *end; end = &(*end)->next) {
+        }
+    }
     /* All the terms that are still to come. */
     void append_rest(polynode *list) { *end = list; }
     bool empty() const { return !first; }

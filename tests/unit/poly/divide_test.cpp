@@ -321,6 +321,13 @@ TEST_F(divide_test, a_list_of_coefficients_is_divided_by_their_common_factor) {
     poly_handle a(poly_of("x^2*y^2 + x*y + y^3")), y_below(poly_of("x")); /* one level up, it is y */
     fast_divide(a.slot(), y_below.get(), names(), 1);
     EXPECT_EQ(text_of(a.get()), "x^2*y + x + y^2");
+    poly_handle b(poly_of("x*y + y")), c(poly_of("6*x*y + 4*x + 2")), two(poly_of("2"));
+    fast_divide(b.slot(), y_below.get(), names(), 1);
+    expect_canonical(b.get());
+    EXPECT_EQ(text_of(b.get()), "x + 1");
+    fast_divide(c.slot(), two.get(), names(), 1);
+    expect_canonical(c.get());
+    EXPECT_EQ(text_of(c.get()), "3*x*y + 2*x + 1");
 }
 
 TEST_F(divide_test, floats_are_divided_though_rounding_leaves_something) {
