@@ -116,7 +116,7 @@ static bool is_entry_of(const gcd_entry *e, const polynode *u, const polynode *v
 /* ---- in a GCD ---- */
 
 bool stash_attempt::find(const polynode *u, const polynode *v, int level, polynode **answer) {
-    if (lookupgcd <= 0 || flotemode || gcdmass >= half_of_memory()) return false;
+    if (wanted || lookupgcd <= 0 || flotemode || gcdmass >= half_of_memory()) return false;
     if (is_stale()) drop_all();
     for (gcd_entry **place = &stash[bucket_of(u, v)]; *place; place = &(*place)->next)
         if (is_entry_of(*place, u, v, level)) {

@@ -125,9 +125,11 @@ struct gcd_work {
     /* What modular images have told of the degree of the answer in divided form: never too low. */
     int32_t degree_bound = 0;
     bool good_image = false, degree_known = false;
-    bool balanced = false; /* 34 */
-    int total = 0;         /* nodes of both */
-    int test_count = 0;    /* 38 */
+    bool balanced = false;     /* 34 */
+    bool prefer_c = false;     /* 33: Algorithm C rather than interpolation */
+    bool images_tried = false; /* 37: the method of images has declined */
+    int total = 0;             /* nodes of both */
+    int test_count = 0;        /* 38 */
     stash_attempt attempt{"negative polygcd_stack_depth 1"};
 
     pt *below() const { return names->pt_next; }
@@ -189,11 +191,13 @@ verdict count_tests(gcd_work *w);
 verdict evaluation_tests(gcd_work *w);
 verdict degree_alone(gcd_work *w);
 
+/* gcd_weights.cpp */
+verdict weigh_methods(gcd_work *w);
+
 /* gcd_general.cpp */
 verdict general_contents(gcd_work *w);
 
 /* gcd_methods.cpp */
-verdict weigh_methods(gcd_work *w);
 verdict early_trial(gcd_work *w);
 verdict early_modular_method(gcd_work *w);
 verdict trial(gcd_work *w);
