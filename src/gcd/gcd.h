@@ -27,9 +27,15 @@ void polygcd(polynode *u, polynode *v, polynode **g, int just_degree, int run_te
 /* The entries of the arithmetic of quolys, with all tests; 3 takes the GCD of u with itself, which is u in the form of an
    answer. Nested entries leave the counters of the GCD around them alone. Exponents are not negative: the treatment of
    Laurent polynomials, for which clear_v is, opens with these. */
-void Lpolygcd(polynode **u, polynode **v, polynode **g, int clear_v, pt *names);
+struct gcd_cofactors;
+void Lpolygcd(polynode **u, polynode **v, polynode **g, int clear_v, pt *names, gcd_cofactors *found = nullptr);
 void Lpolygcd2(polynode **u, polynode **v, polynode **g, pt *names);
 void Lpolygcd3(polynode **u, polynode **g, pt *names);
+
+/* u / g and v / g, where a GCD over the integers has divided on its way; null where it has not. */
+struct gcd_cofactors {
+    poly_handle of_u, of_v;
+};
 
 /* The built-in GCD of one argument: *r := the numerator of q, which is no plain number, in the form of an answer. A
    denominator is error 203, and *r stays. */

@@ -64,8 +64,26 @@ bool exact_quotient(const polynode *a, const polynode *b, polynode **q, pt *name
     return true;
 }
 
+bool divided_by(const polynode *u, const polynode *g, polynode **q, pt *names) {
+    if (q) return trial_poly_divide(u, g, q, names, 0);
+    return trial_poly_divide_noq(u, g, names, 0, 0);
+}
+
+/* What the steps have divided goes to the caller. */
+static void hand_over(gcd_work *w) {
+    if (!w->wants_cofactors() || !w->u_over_answer || !w->v_over_answer) return;
+    if (neg_leading_term(w->answer.get())) {
+        poly_inplace(w->u_over_answer.get());
+        poly_inplace(w->v_over_answer.get());
+    }
+    gcd_cofactors *c = w->cofactors;
+    w->u_over_answer.release_to((w->u == &w->first ? c->of_u : c->of_v).slot());
+    w->v_over_answer.release_to((w->u == &w->first ? c->of_v : c->of_u).slot());
+}
+
 void finish_4(gcd_work *w) {
     poly_handle &g = w->answer;
+    hand_over(w);
     positive_sign(g);
     w->attempt.keep(w->u->p, w->v->p, w->level, g.get());
     if (w->content && !poly_eq_1(w->content.get())) {

@@ -7,8 +7,13 @@
 
 namespace tolvek {
 
-static verdict divided_if(gcd_work *w, bool v_divides_u) {
-    if (!v_divides_u) return verdict::next;
+verdict v_if_it_divides(gcd_work *w, int pretest, int may_guess) {
+    if (w->wants_cofactors()) {
+        if (!trial_poly_divide(w->u->p, w->v->p, w->u_over_answer.slot(), w->names, pretest)) return verdict::next;
+        poly_set(1, w->v_over_answer.slot());
+    } else if (!trial_poly_divide_noq(w->u->p, w->v->p, w->names, pretest, may_guess)) {
+        return verdict::next;
+    }
     poly_assign(w->v->p, w->answer.slot());
     return verdict::finish;
 }
@@ -23,12 +28,12 @@ static bool worth_a_trial(const gcd_work *w) {
 /* With small coefficients the division is cheap whatever comes of it. */
 verdict early_trial(gcd_work *w) {
     if (!over_integers() || !worth_a_trial(w) || max_digits(w->u->p) >= trial_bits) return verdict::next;
-    return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 0, 0));
+    return v_if_it_divides(w, 0, 0);
 }
 
 verdict trial(gcd_work *w) {
     if (!over_integers() || !worth_a_trial(w) || max_digits(w->u->p) < trial_bits) return verdict::next;
-    return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 0, 0));
+    return v_if_it_divides(w, 0, 0);
 }
 
 /* Nodes of both operands from which images pay: below, Algorithm C is through before two primes are. */
@@ -36,7 +41,11 @@ constexpr int modular_nodes = 40, interpolation_nodes = 80;
 
 static verdict by_images(gcd_work *w) {
     w->images_tried = true;
-    return basic_mod_method(w->u->p, w->v->p, w->answer.slot(), w->names) ? verdict::finish : verdict::next;
+    const bool wanted = w->wants_cofactors();
+    const bool found =
+        basic_mod_method(w->u->p, w->v->p, w->answer.slot(), w->names, wanted ? w->u_over_answer.slot() : nullptr,
+                         wanted ? w->v_over_answer.slot() : nullptr);
+    return found ? verdict::finish : verdict::next;
 }
 
 /* The degree is known, so that the images cannot disappoint; operands that the cache may have are looked for first. */
@@ -56,7 +65,7 @@ verdict modular_trial(gcd_work *w) {
     if (!modularmode || !v_may_divide(w)) return verdict::next;
     const bool deep = !has_number_coefficient(w->v->p) || number_polys + 1 - w->level >= 3;
     if (w->v->degree() != 1 && !(w->total > trial_cutoff && deep)) return verdict::next;
-    return divided_if(w, trial_poly_divide_noq(w->u->p, w->v->p, w->names, 1, 0));
+    return v_if_it_divides(w, 1, 0);
 }
 
 verdict interpolate(gcd_work *w) {

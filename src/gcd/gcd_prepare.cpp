@@ -140,9 +140,7 @@ static bool contents_divide(const polynode *u, const polynode *v) {
 verdict small_divides_large(gcd_work *w) {
     if (field_depth != 0 || w->v->nodes > trial_small || w->u->nodes < trial_large) return verdict::next;
     if (over_integers() && !contents_divide(w->u->p, w->v->p)) return verdict::next;
-    if (!trial_poly_divide_noq(w->u->p, w->v->p, w->names, 1, lintmode ? 0 : rat_yes)) return verdict::next;
-    poly_assign(w->v->p, w->answer.slot());
-    return verdict::finish;
+    return v_if_it_divides(w, 1, lintmode ? 0 : rat_yes);
 }
 
 verdict permit_general(gcd_work *w) {

@@ -125,7 +125,10 @@ struct gcd_work {
     /* What modular images have told of the degree of the answer in divided form: never too low. */
     int32_t degree_bound = 0;
     bool good_image = false, degree_known = false;
-    bool balanced = false;     /* 34 */
+    bool balanced = false; /* 34 */
+    /* The operands in divided form over the answer, where a step has divided them; for the caller's cofactors. */
+    gcd_cofactors *cofactors = nullptr;
+    poly_handle u_over_answer, v_over_answer;
     bool prefer_c = false;     /* 33: Algorithm C rather than interpolation */
     bool images_tried = false; /* 37: the method of images has declined */
     int total = 0;             /* nodes of both */
@@ -133,6 +136,11 @@ struct gcd_work {
     stash_attempt attempt{"negative polygcd_stack_depth 1"};
 
     pt *below() const { return names->pt_next; }
+    /* Are the operands as they came, and are their cofactors wanted? */
+    bool wants_cofactors() const {
+        const bool changed = first.own || second.own || first.divided.get() || second.divided.get();
+        return cofactors && over_integers() && !changed && !general && (!content || poly_eq_1(content.get()));
+    }
     void lower_bound(int32_t degree) {
         if (degree < degree_bound) degree_bound = degree;
     }
@@ -198,6 +206,8 @@ verdict weigh_methods(gcd_work *w);
 verdict general_contents(gcd_work *w);
 
 /* gcd_methods.cpp */
+/* v as the answer if it divides u. pretest, may_guess: as in trial_poly_divide and its form without a quotient. */
+verdict v_if_it_divides(gcd_work *w, int pretest, int may_guess);
 verdict early_trial(gcd_work *w);
 verdict early_modular_method(gcd_work *w);
 verdict trial(gcd_work *w);
@@ -220,6 +230,8 @@ void positive_sign(poly_handle &p);
 /* *q := a / b where b divides a; b may be constant or under wrappers. False where it does not: by rounding, or because an
    earlier answer was wrong. *q stays then. */
 bool exact_quotient(const polynode *a, const polynode *b, polynode **q, pt *names);
+/* Does g divide u? Then *q := u / g, if q is not null. */
+bool divided_by(const polynode *u, const polynode *g, polynode **q, pt *names);
 /* p, of the level below, as a polynomial of the level above. */
 inline void padded(poly_handle &p, int levels) { add_pad(p.slot(), levels); }
 /* *g := the GCD of the integer contents of u and v as a constant: 1 outside the chain form. */

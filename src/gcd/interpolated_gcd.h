@@ -10,8 +10,10 @@ namespace tolvek {
    their GCD up to a unit, or false where the ring has too few values. */
 bool interpolated_gcd(const polynode *u, const polynode *v, polynode **g, pt *names);
 
-/* Over the integers, u and v primitive: *g := their GCD, or false where it does not show after many primes. */
-bool basic_mod_method(const polynode *u, const polynode *v, polynode **g, pt *names);
+/* Over the integers, u and v primitive: *g := their GCD, or false where it does not show after many primes. Where they are
+   not null, *u2 := u / *g and *v2 := v / *g. */
+bool basic_mod_method(const polynode *u, const polynode *v, polynode **g, pt *names, polynode **u2 = nullptr,
+                      polynode **v2 = nullptr);
 
 /* The lexical order of the leading monomials: -1, 0, 1. */
 int compare_leading(const polynode *a, const polynode *b);

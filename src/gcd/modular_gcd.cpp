@@ -59,9 +59,9 @@ static void next_digit(const polynode *u, const polynode *v, const number *c, co
     h.release_to(digit.slot());
 }
 
-bool basic_mod_method(const polynode *u, const polynode *v, polynode **g, pt *names) {
+bool basic_mod_method(const polynode *u, const polynode *v, polynode **g, pt *names, polynode **u2, polynode **v2) {
     constexpr int most_primes = 2000, failures_allowed = 3;
-    if (sparse_integer_gcd(u, v, g, names)) return true;
+    if (sparse_integer_gcd(u, v, g, names, u2, v2)) return true;
     number_handle c, product;
     binary_gcd(leading_coef(u)->num, leading_coef(v)->num, &c);
     poly_handle sum;
@@ -109,8 +109,7 @@ bool basic_mod_method(const polynode *u, const polynode *v, polynode **g, pt *na
         find_gcdcoefs(candidate.get(), &integer_content);
         num_poly_quot(candidate.slot(), &integer_content);
         positive_sign(candidate);
-        if (trial_poly_divide_noq(u, candidate.get(), names, 0, 0) &&
-            trial_poly_divide_noq(v, candidate.get(), names, 0, 0)) {
+        if (divided_by(u, candidate.get(), u2, names) && divided_by(v, candidate.get(), v2, names)) {
             candidate.release_to(g);
             return true;
         }

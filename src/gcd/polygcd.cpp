@@ -81,22 +81,26 @@ static polynode *given(polynode *p, int keep, polynode **g) {
     return p;
 }
 
+static void start(gcd_work *w, const polynode *u, const polynode *v, pt *names) {
+    check_stack();
+    safe_point();
+    polygcd_calls++;
+    w->u->p = u;
+    w->v->p = v;
+    w->names = names;
+    w->level = names ? names->pt_level : 0;
+}
+
 void polygcd(polynode *u, polynode *v, polynode **g, int just_degree, int run_tests, int use_general, pt *names,
              int keep_u, int keep_v, int top) {
     assert(keep_u || keep_v || u != v);
     poly_handle given_u(given(u, keep_u, g)), given_v(given(v, keep_v, g));
-    check_stack();
-    safe_point();
-    polygcd_calls++;
     gcd_work w;
-    w.u->p = u;
-    w.v->p = v;
+    start(&w, u, v, names);
     w.just_degree = just_degree;
     w.run_tests = run_tests;
     w.use_general = use_general;
     w.top = top;
-    w.names = names;
-    w.level = names ? names->pt_level : 0;
     run_tree(&w);
     w.answer.release_to(g);
 }
@@ -108,9 +112,14 @@ struct entry_counters {
     kept_value<int> abandoned{alg_c_count, 0}, depth{original_depth, 1};
 };
 
-void Lpolygcd(polynode **u, polynode **v, polynode **g, int, pt *names) {
+void Lpolygcd(polynode **u, polynode **v, polynode **g, int, pt *names, gcd_cofactors *found) {
     entry_counters counters;
-    polygcd(*u, *v, g, 0, 1, 1, names, 1, 1, 1);
+    gcd_work w;
+    start(&w, *u, *v, names);
+    w.run_tests = w.use_general = w.top = 1;
+    w.cofactors = found;
+    run_tree(&w);
+    w.answer.release_to(g);
 }
 
 void Lpolygcd2(polynode **u, polynode **v, polynode **g, pt *names) { Lpolygcd(u, v, g, 1, names); }

@@ -48,7 +48,8 @@ static bool prepare(const polynode *u, const polynode *v, poly_handle &normalise
 }
 
 /* g := g divided by its content, if that divides u and v then. */
-static bool is_answer(const polynode *u, const polynode *v, poly_handle &g, pt *names) {
+static bool is_answer(const polynode *u, const polynode *v, poly_handle &g, pt *names, polynode **u2 = nullptr,
+                      polynode **v2 = nullptr) {
     poly_handle c;
     content(g.get(), c.slot(), names, 0, 0, 1);
     if (!poly_eq_1(c.get())) {
@@ -56,7 +57,7 @@ static bool is_answer(const polynode *u, const polynode *v, poly_handle &g, pt *
         if (!exact_quotient(g.get(), c.get(), g.slot(), names)) return false;
     }
     positive_sign(g);
-    return trial_poly_divide_noq(u, g.get(), names, 0, 0) && trial_poly_divide_noq(v, g.get(), names, 0, 0);
+    return divided_by(u, g.get(), u2, names) && divided_by(v, g.get(), v2, names);
 }
 
 static bool reduce_all(sparse_work &work, uint32_t p) {
@@ -163,7 +164,7 @@ static bool are_small(const buffer<image_term> &terms, uint32_t p) {
     return true;
 }
 
-bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
+bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *names, polynode **u2, polynode **v2) {
     constexpr int most_primes = 1000, bad_primes = 10;
     poly_handle normaliser;
     sparse_work work;
@@ -194,7 +195,7 @@ bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *
         if (is_first ? !are_small(work.terms, f.p) : !known.nothing_new) continue;
         poly_handle answer;
         poly_assign(known.sum.get(), answer.slot());
-        if (is_answer(u, v, answer, names)) {
+        if (is_answer(u, v, answer, names, u2, v2)) {
             answer.release_to(g);
             return true;
         }

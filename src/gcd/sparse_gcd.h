@@ -9,7 +9,9 @@
 
 namespace tolvek {
 
-bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names);         /* modulo a prime */
-bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *names); /* over the integers */
+bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names); /* modulo a prime */
+/* Over the integers; where they are not null, *u2 := u / *g and *v2 := v / *g. */
+bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *names, polynode **u2 = nullptr,
+                        polynode **v2 = nullptr);
 
 } // namespace tolvek

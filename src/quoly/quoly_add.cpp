@@ -1,4 +1,5 @@
 /* Sums. All families share one tree, `sum`; they differ in what becomes of the operands. */
+#include "gcd/gcd.h"
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/rationals.h"
@@ -69,9 +70,9 @@ static void over_coprime_denominators(fraction_sum &s, quolynode **r) {
 
 /* With e1 = d1 / g and e2 = d2 / g the sum is (n1 e2 + n2 e1) / (g e1 e2), and what the numerator has in common with the
    denominator divides g (P. Henrici, 1956). One GCD. */
-static void over_common_multiple(fraction_sum &s, poly_handle &g, quolynode **r) {
+static void over_common_multiple(fraction_sum &s, poly_handle &g, gcd_cofactors &found, quolynode **r) {
     poly_handle cofactor1, cofactor2;
-    reduce(s.d1.get(), s.d2.get(), g.slot(), cofactor1.slot(), cofactor2.slot());
+    reduce(s.d1.get(), s.d2.get(), g.slot(), cofactor1.slot(), cofactor2.slot(), &found);
     part e1(cofactor1), e2(cofactor2);
     s.n1.times(e2.get());
     s.n2.times(e1.get());
@@ -94,11 +95,12 @@ static void general_quoly_add(fraction_sum &s, quolynode **r) {
         return;
     }
     poly_handle g;
-    common_factor(s.d1, s.d2, g);
+    gcd_cofactors found;
+    common_factor(s.d1, s.d2, g, &found);
     if (poly_eq_1(g.get()))
         over_coprime_denominators(s, r);
     else
-        over_common_multiple(s, g, r);
+        over_common_multiple(s, g, found, r);
 }
 
 static void sum_of_fractions(value_operand a, value_operand b, quolynode **r, bool minus) {

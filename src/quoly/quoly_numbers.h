@@ -7,6 +7,8 @@
 
 namespace tolvek {
 
+struct gcd_cofactors; /* gcd/gcd.h */
+
 /* Makes *r a plain number by `compute(a, b, its number)`; the record of a plain number in *r is overwritten, which may
    be an operand's. */
 void number_result(void (*compute)(const number *, const number *, number *), const number *a, const number *b,
@@ -70,7 +72,7 @@ polynode *sum_of_parts(part &a, part &b, bool minus);
 
 /* g := the greatest common divisor of two parts that are there. Where one of them is a number no GCD of polynomials is
    taken: g is the greatest number that divides both, 1 in lintmode. */
-void common_factor(const part &a, const part &b, poly_handle &g);
+void common_factor(const part &a, const part &b, poly_handle &g, gcd_cofactors *found = nullptr);
 /* Divides both by it; nothing happens where one is not there. */
 void cancel_common_factor(part &a, part &b);
 /* Chain form: divides both by the greatest number that divides them. */

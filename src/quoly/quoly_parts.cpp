@@ -1,4 +1,5 @@
 /* Parts of operands as polynomials, and values from numerators and denominators. */
+#include "gcd/gcd.h"
 #include "numbers/handles.h"
 #include "numbers/int_gcd.h"
 #include "poly/add.h"
@@ -114,9 +115,9 @@ static void common_number(const part &a, const part &b, number *g) {
     if (!is_longint(g, 1)) binary_gcd(g, lone.get()->num, g);
 }
 
-void common_factor(const part &a, const part &b, poly_handle &g) {
+void common_factor(const part &a, const part &b, poly_handle &g, gcd_cofactors *found) {
     if (!a.is_number() && !b.is_number()) {
-        gcd_of_parts(a.get(), b.get(), g.slot());
+        gcd_of_parts(a.get(), b.get(), g.slot(), found);
         return;
     }
     poly_set(1, g.slot());
@@ -132,13 +133,14 @@ static void divide_by_number(part &a, part &b, const number *c) {
 void cancel_common_factor(part &a, part &b) {
     if (!a.is_there() || !b.is_there()) return;
     poly_handle g, a2, b2;
-    common_factor(a, b, g);
+    gcd_cofactors found;
+    common_factor(a, b, g, &found);
     if (poly_eq_1(g.get())) return;
     if (a.is_number() || b.is_number()) {
         divide_by_number(a, b, g->num);
         return;
     }
-    reduce(a.get(), b.get(), g.slot(), a2.slot(), b2.slot());
+    reduce(a.get(), b.get(), g.slot(), a2.slot(), b2.slot(), &found);
     a.becomes(a2.release());
     b.becomes(b2.release());
 }

@@ -13,13 +13,13 @@ namespace tolvek {
 
 /* Over floats the divisor counts that divides to within rounding, in several variables too; Lpolygcd finds there what
    divides exactly. It wants its operands by address: while laurent is on it sets parts of them aside for a time. */
-static void gcd_with_all_tests(const polynode *a, const polynode *b, polynode **g) {
+static void gcd_with_all_tests(const polynode *a, const polynode *b, polynode **g, gcd_cofactors *found) {
     if (flotemode) return rough_gcd(a, b, g, polynames);
     polynode *u = const_cast<polynode *>(a), *v = const_cast<polynode *>(b);
-    Lpolygcd(&u, &v, g, 1, polynames);
+    Lpolygcd(&u, &v, g, 1, polynames, found);
 }
 
-void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g) = gcd_with_all_tests;
+void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g, gcd_cofactors *found) = gcd_with_all_tests;
 
 namespace {
 
@@ -75,8 +75,13 @@ static void distrust_fast_tests(int operand) {
     }
 }
 
-void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2) {
+void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2, gcd_cofactors *known) {
     assert(a != *g && b != *g);
+    if (known && known->of_u && known->of_v) {
+        known->of_u.release_to(a2);
+        known->of_v.release_to(b2);
+        return;
+    }
     reduction w{a, b, g, poly_handle(), poly_handle()};
     for (int round = 0; int operand = undivided_operand(w); round++) {
         if (flotemode || round == most_reductions) {
@@ -84,7 +89,7 @@ void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, p
             break;
         }
         distrust_fast_tests(operand);
-        gcd_of_parts(a, b, g);
+        gcd_of_parts(a, b, g, nullptr);
     }
     w.a2.release_to(a2);
     w.b2.release_to(b2);

@@ -18,11 +18,15 @@ namespace tolvek {
 
 constexpr int most_reductions = 20;
 
-/* *a2 := a / *g, *b2 := b / *g in the list of variables in force. *g may be a number. */
-void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2);
+struct gcd_cofactors; /* gcd/gcd.h */
+
+/* *a2 := a / *g, *b2 := b / *g in the list of variables in force. *g may be a number. known: cofactors that came with *g,
+   which are taken; null: there are none. */
+void reduce(const polynode *a, const polynode *b, polynode **g, polynode **a2, polynode **b2,
+            gcd_cofactors *known = nullptr);
 
 /* *g := the greatest common divisor that values are reduced by, of two polynomials that are no constants. It is
    Lpolygcd, and rough_gcd over floats; tests put another one in its place, which counts or lies. */
-extern void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g);
+extern void (*gcd_of_parts)(const polynode *a, const polynode *b, polynode **g, gcd_cofactors *found);
 
 } // namespace tolvek

@@ -169,6 +169,55 @@ TEST_F(gcd_steps_test, entries_from_inside_leave_the_counters_of_the_gcd_around_
     EXPECT_EQ(original_depth, 5);
 }
 
+/* ---- cofactors ---- */
+
+TEST_F(gcd_steps_test, cofactors_that_came_on_the_way_are_handed_over) {
+    int found = 0;
+    for (int i = 0; i < times(200); i++) {
+        const int variables = 1 + i % 3;
+        poly_handle a(sparse_in(rnd, 1, variables, 6, 9, 100)), b(sparse_in(rnd, 1, variables, 6, 9, 100)),
+            f(sparse_in(rnd, 1, variables, 4, 9, 100)), g, product;
+        if (i % 4 == 0) poly_set(rnd.one_in(2) ? 1 : -1, b.slot()); /* v divides u */
+        if (i % 8 == 4) std::swap(*a.slot(), *b.slot());
+        plant(a.get(), b.get(), f.get());
+        gcd_cofactors c;
+        Lpolygcd(u.slot(), v.slot(), g.slot(), 1, polynames, &c);
+        EXPECT_EQ(static_cast<bool>(c.of_u), static_cast<bool>(c.of_v));
+        if (!c.of_u) continue;
+        found++;
+        poly_mult(g.get(), c.of_u.get(), product.slot(), nullptr);
+        EXPECT_TRUE(poly_equal(product.get(), u.get())) << text_of(u.get()) << "\n" << text_of(v.get());
+        poly_mult(g.get(), c.of_v.get(), product.slot(), nullptr);
+        EXPECT_TRUE(poly_equal(product.get(), v.get())) << text_of(u.get()) << "\n" << text_of(v.get());
+    }
+    EXPECT_GT(found, 10);
+}
+
+/* ---- which method ---- */
+
+static bool prefers_c(const char *a, const char *b) {
+    poly_handle first(poly_of(a)), second(poly_of(b));
+    gcd_work w;
+    w.u->p = first.get();
+    w.v->p = second.get();
+    w.names = polynames;
+    w.level = 1;
+    weigh_methods(&w);
+    return w.prefer_c;
+}
+
+TEST_F(gcd_steps_test, algorithm_c_is_for_very_sparse_operands_modulo_a_prime) {
+    const char *const wide = "x^7*y^90*z^90 + x^3*y^80*t^90 + x^2*z^70*u^50 + t^60*v^40 + y";
+    EXPECT_FALSE(prefers_c(wide, wide)); /* over the integers images are quicker */
+    test_ring ring("101");
+    EXPECT_TRUE(prefers_c(wide, wide));
+    EXPECT_FALSE(prefers_c("x^2*y + x*y^2 + 1", "x^3 + y^3 + x*y"));
+    EXPECT_FALSE(prefers_c("x^9*y^90 + x^3*y^80*z^90 + x + 1",
+                           "x^9*y^90 + x^3*y^80*z^90 + x + 2")); /* few terms in a smaller box */
+    const kept_value<int> abandoned(alg_c_count, abandoned_enough);
+    EXPECT_FALSE(prefers_c(wide, wide));
+}
+
 /* ---- ownership ---- */
 
 TEST_F(gcd_steps_test, every_form_of_ownership_with_the_destination_at_an_operand) {

@@ -2,6 +2,7 @@
 #include "left_operations.h"
 
 #include "display/progress.h"
+#include "gcd/gcd.h"
 #include "language/names.h"
 #include "numbers/int_gcd.h"
 #include "poly/canonical.h"
@@ -25,11 +26,11 @@ namespace {
 int gcds_taken;
 int lies_left;
 std::string lie;
-void (*honest_gcd)(const polynode *, const polynode *, polynode **);
+void (*honest_gcd)(const polynode *, const polynode *, polynode **, gcd_cofactors *);
 
-void watched_gcd(const polynode *a, const polynode *b, polynode **g) {
+void watched_gcd(const polynode *a, const polynode *b, polynode **g, gcd_cofactors *found) {
     gcds_taken++;
-    honest_gcd(a, b, g);
+    honest_gcd(a, b, g, lies_left > 0 ? nullptr : found);
     if (lies_left <= 0) return;
     lies_left--;
     poly_handle wrong(poly_of(lie));
@@ -373,7 +374,7 @@ TEST_F(rational_functions_test, the_plain_methods_agree_with_the_ones_in_use) {
             poly_handle a(rand_product(rnd)), b(rand_product(rnd)), g, h, q, product;
             if (is_constant(a.get()) || is_constant(b.get())) continue;
             plain_gcd(a.get(), b.get(), g.slot());
-            honest_gcd(a.get(), b.get(), h.slot());
+            honest_gcd(a.get(), b.get(), h.slot(), nullptr);
             EXPECT_TRUE(poly_equal(g.get(), h.get())) << text_of(g.get()) << " and " << text_of(h.get());
             ASSERT_TRUE(plain_quotient(a.get(), g.get(), q.slot()));
             EXPECT_TRUE(flat_sum(flat_product(flat(q.get()), flat(g.get())), flat(a.get()), true).empty());
