@@ -3,11 +3,12 @@
    peers and knows what they are to be measured by.
 
    The pairs route/... tell where the cut-offs lie: flat_product_cut (route/lists beside route/flat) and the constants
-   of flat_dense.cpp (route/flat beside route/transforms). */
+   of flat_dense.cpp and flat_residues.cpp (route/flat beside route/transforms and route/residues). */
 #include "numbers/stash.h"
 #include "poly/add.h"
 #include "poly/flat_dense.h"
 #include "poly/flat_product.h"
+#include "poly/flat_residues.h"
 #include "poly/measures.h"
 #include "poly/mult.h"
 #include "poly/mult_work.h"
@@ -298,17 +299,20 @@ static void register_routes() {
         int most[4]; /* the highest power in 1, 2, 3 variables */
     } routes[] = {{"lists", by_lists, {0, 128, 12, 6}},
                   {"flat", mult_flat, {0, 2048, 64, 16}},
-                  {"transforms", mult_dense, {0, 2048, 64, 16}}};
+                  {"transforms", mult_dense, {0, 2048, 64, 16}},
+                  {"residues", mult_residues, {0, 32768, 64, 16}}};
     for (const auto &r : routes)
-        for (int32_t m : {0, 46337})
+        for (int32_t m : {0, 46337, 2147483629}) {
+            if (r.mult == (m ? mult_dense : mult_residues)) continue;
             for (int variables = 1; variables <= 3; variables++) {
-                const std::string name =
-                    std::string("route/") + r.name + (m ? "/46337/" : "/Z/") + std::to_string(variables);
+                const std::string name = std::string("route/") + r.name + "/" + (m ? std::to_string(m) : "Z") + "/" +
+                                         std::to_string(variables);
                 benchmark::RegisterBenchmark(name.c_str(), route_time, r.mult, m, variables)
                     ->RangeMultiplier(2)
                     ->Range(2, r.most[variables])
                     ->Unit(benchmark::kMicrosecond);
             }
+        }
 }
 
 int main(int argc, char **argv) {

@@ -1,7 +1,6 @@
 #include "numbers/free_lists.h"
 
 #include "numbers/stash.h"
-#include "top/heap.h"
 
 namespace tolvek {
 
@@ -16,22 +15,13 @@ fixnode *fixgarb;
 
 constexpr int preloaded_nodes = 5001;
 
-/* ---- records from the heap: a batch at a time, the batches linked so that none is ever out of reach ---- */
-
-struct batch_header {
-    batch_header *link;
-    uint64_t unused;
-};
-static batch_header *batches;
+/* ---- records that no stash has: a batch at a time ---- */
 
 /* Puts `count` fresh records on the list; they count as made. */
 template <auto link, class T> static void batch_to_list(T *&head, long &made, int count) {
-    std::size_t bytes = sizeof(batch_header) + static_cast<std::size_t>(count) * sizeof(T);
-    batch_header *batch = static_cast<batch_header *>(heap_request(bytes));
-    batch->link = batches;
-    batches = batch;
-    T *record = reinterpret_cast<T *>(batch + 1);
-    for (int i = 0; i < count; i++) push_record<link>(head, record + i);
+    static_assert(sizeof(T) % 4 == 0);
+    T *record = static_cast<T *>(get_small(static_cast<uint32_t>(count) * sizeof(T) / 4));
+    for (int i = count; i-- > 0;) push_record<link>(head, record + i);
     made += count;
 }
 

@@ -16,12 +16,14 @@ struct block_header {
 
 constexpr uint32_t slug_alignment = 16;
 constexpr uint32_t block_bytes = 0x80000;
+constexpr std::size_t block_size = sizeof(block_header) + block_bytes;
 static_assert(sizeof(block_header) == slug_alignment);
 
 constexpr uint32_t rounded_up(uint32_t bytes) { return (bytes + slug_alignment - 1) / slug_alignment * slug_alignment; }
 
 stash_record primal_stash = {
-    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", rounded_up(sizeof(stash_record)), 0, 0, 0};
+    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", rounded_up(sizeof(stash_record)), 0,
+    0,       0,       nullptr,       nullptr};
 
 stash_record *polystash, *quolystash, *numstash, *imagstash, *colmstash;
 
@@ -36,27 +38,35 @@ static void add_spare_block(void *memory) {
 }
 
 int more_mem() {
-    void *memory = heap.request(sizeof(block_header) + block_bytes);
+    void *memory = heap.request(block_size);
     if (!memory) return 0;
     add_spare_block(memory);
     return 1;
 }
 
-/* Cuts the first spare block into slugs for s, each pointing to the one before it. */
+/* The slugs of the newest block that were never handed out go to the free list. */
+static void free_uncut(stash_record *s) {
+    for (; s->uncut < s->uncut_end; s->uncut += s->slug_size) {
+        unpoison(s->uncut, s->slug_size);
+        *reinterpret_cast<void **>(s->uncut) = s->free_list;
+        s->free_list = s->uncut;
+        poison(s->uncut, s->slug_size);
+    }
+}
+
+/* The first spare block goes to s. Its slugs are cut off one by one, from the top. The first block of a stash may well
+   be all it ever needs, and gets its pages as they are used. */
 static uint32_t carve_spare_block(stash_record *s) {
+    free_uncut(s);
     block_header *block = extra_blocks;
     extra_blocks = block->link;
+    if (s->block_list) heap_fill_pages(block, block_size);
     block->link = static_cast<block_header *>(s->block_list);
     s->block_list = block;
 
-    uint32_t count = block_bytes / s->slug_size;
-    char *slug = slug_area(block);
-    void *below = s->free_list;
-    for (uint32_t i = 0; i < count; i++, slug += s->slug_size) {
-        *reinterpret_cast<void **>(slug) = below;
-        below = slug;
-    }
-    s->free_list = below;
+    const uint32_t count = block_bytes / s->slug_size;
+    s->uncut = slug_area(block);
+    s->uncut_end = s->uncut + std::size_t{count} * s->slug_size;
     s->num_blocks++;
     s->num_slugs += count;
     poison(slug_area(block), block_bytes);
@@ -69,19 +79,28 @@ uint32_t get_block(stash_record *s) {
     return carve_spare_block(s);
 }
 
+/* A block from the heap, which may refuse. False: a slug is larger than a block. */
+static bool insist_on_block(stash_record *s) {
+    sayf("out of memory while trying to accesss stash %s\n", s->stash_name);
+    stash_stats();
+    if (s->slug_size > block_bytes) return false;
+    add_spare_block(heap_request(block_size));
+    carve_spare_block(s);
+    return true;
+}
+
 void *get_slug(stash_record *s) {
     if (!s) return nullptr;
-    if (!s->free_list && !get_block(s)) {
-        sayf("out of memory while trying to accesss stash %s\n", s->stash_name);
-        stash_stats();
-        if (s->slug_size > block_bytes) return nullptr;
-        add_spare_block(heap_request(sizeof(block_header) + block_bytes));
-        carve_spare_block(s);
-    }
+    if (!has_slug(s) && !get_block(s) && !insist_on_block(s)) return nullptr;
+    s->slugs_used++;
     void *slug = s->free_list;
+    if (!slug) {
+        slug = s->uncut_end -= s->slug_size;
+        unpoison(slug, s->slug_size);
+        return slug;
+    }
     unpoison(slug, s->slug_size);
     s->free_list = *static_cast<void **>(slug);
-    s->slugs_used++;
     return slug;
 }
 
@@ -95,9 +114,11 @@ void free_slug(stash_record *s, void *slug) {
 stash_record *open_stash(uint32_t slug_size, const char *stash_name) {
     stash_record *s = static_cast<stash_record *>(get_slug(&primal_stash));
     if (!s) return nullptr;
-    *s = {
-        nullptr, nullptr, &primal_stash, primal_stash.next_stash, stash_name, rounded_up(slug_size ? slug_size : 1), 0,
-        0,       0};
+    *s = {};
+    s->prev_stash = &primal_stash;
+    s->next_stash = primal_stash.next_stash;
+    s->stash_name = stash_name;
+    s->slug_size = rounded_up(slug_size ? slug_size : 1);
     s->next_stash->prev_stash = s;
     primal_stash.next_stash = s;
     return s;
@@ -133,8 +154,9 @@ static std::size_t small_left;
 void *get_small(uint32_t words) {
     std::size_t bytes = (std::size_t{words} * 4 + slug_alignment - 1) / slug_alignment * slug_alignment;
     if (bytes > small_left) {
-        std::size_t area = bytes > block_bytes ? bytes : block_bytes;
+        const std::size_t area = bytes > block_bytes ? bytes : block_bytes;
         block_header *fresh = static_cast<block_header *>(heap_request(sizeof(block_header) + area));
+        if (small_areas && area == block_bytes) heap_fill_pages(fresh, block_size);
         fresh->link = small_areas;
         small_areas = fresh;
         small_next = slug_area(fresh);

@@ -15,8 +15,10 @@ struct stash_record {
     const char *stash_name;
     uint32_t slug_size; /* bytes, rounded up to a multiple of 16 */
     uint32_t num_blocks;
-    uint32_t num_slugs;  /* slugs carved so far */
+    uint32_t num_slugs;  /* slugs of all its blocks */
     uint32_t slugs_used; /* slugs handed out and not given back through free_slug */
+    char *uncut;         /* from here to uncut_end: slugs of the newest block that were never handed out */
+    char *uncut_end;
 };
 
 extern stash_record primal_stash; /* the stash of the stash_records themselves */
@@ -28,6 +30,9 @@ void open_value_stashes();
 stash_record *open_stash(uint32_t slug_size, const char *stash_name); /* null: no memory */
 void endof_stash(stash_record *s); /* its blocks become spare blocks, its record is given back */
 
+inline bool has_slug(const stash_record *s) {
+    return s->free_list || s->uncut < s->uncut_end;
+} /* without a block more */
 void *get_slug(stash_record *s); /* null for a null stash */
 void free_slug(stash_record *s, void *slug);
 uint32_t get_block(stash_record *s); /* carves one more block; the number of its slugs, 0 without memory */

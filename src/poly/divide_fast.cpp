@@ -49,24 +49,6 @@ class part_of_list {
     polynode constant;
 };
 
-/* p := x^s * p in place, s above 0. Passes no safe point. */
-void raise_exponents(polynode **p, int32_t s) {
-    if (poly_iszero(*p)) return;
-    for (polynode **at = p; *at; at = &(*at)->next) {
-        polynode *t = *at;
-        if (t->is_number) {
-            polynode *carrier = new_term();
-            carrier->next = t->next;
-            carrier->poly = t;
-            t->next = nullptr;
-            carrier->expo = s;
-            *at = carrier;
-        } else {
-            t->expo += s;
-        }
-    }
-}
-
 void zero_and_copy(const polynode *a, poly_handle *q, poly_handle *r) {
     poly_set(0, q->slot());
     poly_assign(a, r->slot());

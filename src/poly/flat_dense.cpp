@@ -1,4 +1,4 @@
-/* The dense product: all exponents become one (L. Kronecker, 1882), by mixed radix with the spans of the product, and
+/* The dense product of integers: all exponents become one (L. Kronecker, 1882), by mixed radix with the spans of the product, and
    the product of the polynomials in one variable comes from transforms modulo primes of 62 bits.
 
    Long coefficients are cut into pieces of equal bits, as polynomials in one variable more. The coefficients of the
@@ -10,7 +10,6 @@
 #include "numbers/flat_ntt.h"
 #include "poly/flat_emit.h"
 #include "poly/flat_product.h"
-#include "poly/residue_arrays.h"
 #include "top/interrupts.h"
 
 #include <algorithm>
@@ -36,9 +35,7 @@ struct dense_plan {
     int work() const { return primes * pieces(); }
 };
 
-int bits_of(const poly_extent &x) {
-    return modularmode ? 64 - __builtin_clzll(static_cast<uint64_t>(int32_t{modulus})) : std::max(x.bits, 1);
-}
+int bits_of(const poly_extent &x) { return std::max(x.bits, 1); }
 
 dense_plan plan_for(const poly_extent &a, const poly_extent &b) {
     const int bits_a = bits_of(a), bits_b = bits_of(b);
@@ -49,7 +46,7 @@ dense_plan plan_for(const poly_extent &a, const poly_extent &b) {
         best = {primes, 63, 1, 1};
         break;
     }
-    if (modularmode || lintmode) return best;
+    if (lintmode) return best;
     for (int primes = 1; primes <= 2; primes++) {
         int piece = std::min(longest_piece, (primes * prime_bits - 1 - sums) / 2);
         for (; piece > 0; piece--) { /* a cell of the pieces' product is a sum of so many times more products */
@@ -87,7 +84,6 @@ class dense_multiplier {
     limb2 two_residues(std::size_t i) const;
     __int128 symmetric(std::size_t i) const;
     bool put(uint32_t cell, poly_emitter &out);
-    bool put_residue(std::size_t i, poly_emitter &out) const;
     bool put_sum(poly_emitter &out);
     void add_three_residues(std::size_t i);
     void add_shifted(__int128 v, int bits);
@@ -99,8 +95,6 @@ class dense_multiplier {
     const ntt_size size;
     buffer<limb> values[ntt_primes];
     buffer<limb> sum; /* a coefficient in two's complement, one limb more than its bound takes */
-    const residue_sum ring;
-    const uint64_t radix; /* 2^64 modulo ring.n */
     const limb p0, p1, p2;
     const limb2 p01;
     ntt_root inverse_01, inverse_012, p0_mod_2; /* 1 / p0 modulo p1; 1 / (p0 p1) and p0 modulo p2 */
@@ -108,9 +102,8 @@ class dense_multiplier {
 
 dense_multiplier::dense_multiplier(const flat_shape &s, const dense_plan &p, int bits)
     : shape(s), plan(p), total(s.cells * static_cast<std::size_t>(p.pieces())), size(ntt_size_for(total)),
-      sum(static_cast<std::size_t>(limbs_for(bits) + 4)),
-      ring(modularmode ? static_cast<uint32_t>(int32_t{modulus}) : 2), radix(ring.settle(~uint64_t{0} % ring.n + 1)),
-      p0(ntt_fields[0].p), p1(ntt_fields[1].p), p2(ntt_fields[2].p), p01(static_cast<limb2>(p0) * p1) {
+      sum(static_cast<std::size_t>(limbs_for(bits) + 4)), p0(ntt_fields[0].p), p1(ntt_fields[1].p), p2(ntt_fields[2].p),
+      p01(static_cast<limb2>(p0) * p1) {
     const limb of_p01 = static_cast<limb>(p01 % p2);
     inverse_01 = ntt_prepare(ntt_inverse_of(p0 % p1, p1), p1);
     inverse_012 = ntt_prepare(ntt_inverse_of(of_p01, p2), p2);
@@ -232,19 +225,6 @@ void dense_multiplier::add_three_residues(std::size_t i) {
 
 /* ---- pouring out ---- */
 
-bool dense_multiplier::put_residue(std::size_t i, poly_emitter &out) const {
-    uint64_t v;
-    if (plan.primes == 1) {
-        v = ring.settle(values[0][i]);
-    } else {
-        const limb2 two = two_residues(i);
-        v = ring.settle(ring.settle(static_cast<limb>(two >> 64)) * radix + ring.settle(static_cast<limb>(two)));
-    }
-    if (!v) return false;
-    out.next_number()->lint_val = static_cast<int32_t>(v);
-    return true;
-}
-
 bool dense_multiplier::put_sum(poly_emitter &out) {
     const bool negative = static_cast<int64_t>(sum.back()) < 0;
     bool carry = negative;
@@ -261,7 +241,6 @@ bool dense_multiplier::put_sum(poly_emitter &out) {
 bool dense_multiplier::put(uint32_t cell, poly_emitter &out) {
     if (cell % cells_per_stretch == 0) safe_point();
     const std::size_t pieces = static_cast<std::size_t>(plan.pieces()), i = cell * pieces;
-    if (modularmode) return put_residue(i, out);
     if (pieces == 1 && plan.primes < 3) {
         const __int128 v = symmetric(i);
         if (lintmode) {
@@ -293,6 +272,7 @@ constexpr double point_step = 2.6, point_rest = 20;
 } // namespace
 
 double transform_cost(const poly_extent &a, const poly_extent &b) {
+    if (modularmode) return std::numeric_limits<double>::infinity();
     const dense_plan plan = plan_for(a, b);
     const double points = cells_of(a, b) * plan.pieces();
     if (!plan.primes || points > static_cast<double>(flat_dense_longest))
@@ -320,13 +300,13 @@ double plain_flat_cost(const poly_extent &a, const poly_extent &b) {
 void mult_dense(const polynode *a, const poly_extent &xa, const polynode *b, const poly_extent &xb, polynode **p) {
     flat_shape shape;
     make_flat_shape(xa, xb, flat_dense_longest, flat_dense_longest, &shape);
-    assert(shape.zone == 0);
+    assert(!modularmode && shape.zone == 0);
     const dense_plan plan = plan_for(xa, xb);
-    const bool words = modularmode || lintmode || (xa.bits < 64 && xb.bits < 64);
+    const bool words = lintmode || (xa.bits < 64 && xb.bits < 64);
     poured_poly fa, fb;
     pour_poly(a, xa, shape, false, words ? 0 : limbs_for(xa.bits), &fa);
     if (a != b) pour_poly(b, xb, shape, true, words ? 0 : limbs_for(xb.bits), &fb);
-    const int bits = modularmode || lintmode ? 192 : product_bits(xa, xb) + 1;
+    const int bits = lintmode ? 192 : product_bits(xa, xb) + 1;
     dense_multiplier product(shape, plan, bits);
     product.multiply(fa, a == b ? fa : fb, a == b);
     product.pour(p);

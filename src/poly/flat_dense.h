@@ -1,4 +1,4 @@
-/* Products of well-filled polynomials by number-theoretic transforms. */
+/* Products of well-filled polynomials by number-theoretic transforms. Those of residues: flat_residues.h. */
 #pragma once
 
 #include "poly/flat_poured.h"
@@ -14,7 +14,7 @@ extern uint64_t flat_dense_longest;
 double transform_cost(const poly_extent &a, const poly_extent &b);
 double plain_flat_cost(const poly_extent &a, const poly_extent &b);
 
-/* *p := a * b by transforms. */
+/* *p := a * b by transforms; in no modular ring. */
 void mult_dense(const polynode *a, const poly_extent &xa, const polynode *b, const poly_extent &xb, polynode **p);
 
 } // namespace tolvek

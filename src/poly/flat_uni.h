@@ -1,5 +1,5 @@
 /* Polynomials in one variable on flat arrays, over a field whose elements are words: the integers modulo a prime below
-   2^31, or a table field.
+   2^31, or a table field. Sums, multiples and products are the same modulo any number from 2 to 2^31.
 
    A flat polynomial is the array of its coefficients by exponent, trimmed: its last entry is not 0, and zero is the
    empty array. The field is told by an operand of its own, not by the ring in force; only a table field is that of the
@@ -20,7 +20,7 @@ namespace tolvek {
 /* ---- the field ---- */
 
 struct uni_field {
-    uint32_t p;             /* the number of elements; a prime unless `table` is set */
+    uint32_t p;             /* the number of elements */
     bool table;             /* a table field, that of the ring in force */
     uint32_t p_inverse;     /* of an odd p, modulo 2^32 */
     uint32_t word, word_sq; /* 2^32 and 2^64 modulo p */
@@ -29,8 +29,8 @@ struct uni_field {
     explicit uni_field(uint32_t prime, bool is_table = false);
     static uni_field in_force(); /* modularmode is on, and the ring is a field */
 
-    bool odd_prime() const { return !table && p != 2; }
-    bool transforms() const { return !table; } /* do products have the method of transforms? */
+    bool odd() const { return !table && p % 2; } /* is uni_reduce possible? */
+    bool transforms() const { return !table; }   /* do products have the method of transforms? */
     uint32_t sum(uint32_t a, uint32_t b) const {
         if (table) return a ^ b;
         return a + b >= p ? a + b - p : a + b;

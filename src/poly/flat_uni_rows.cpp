@@ -30,7 +30,7 @@ class work_counter {
 /* c 2^32 modulo p: a factor for uni_reduce. */
 inline uint32_t prepared(const uni_field &f, uint32_t c) { return f.product(c, f.word); }
 
-/* ---- an odd prime ---- */
+/* ---- an odd modulus, and any ---- */
 
 TOLVEK_WIDE_VECTORS
 void add_row_odd(uint32_t *__restrict x, const uint32_t *__restrict y, std::size_t n, uint32_t c, uint32_t p,
@@ -67,32 +67,32 @@ void take_from_prime(uint32_t *__restrict x, const uint32_t *__restrict y, std::
 
 void uni_add_row(const uni_field &f, uint32_t *x, const uint32_t *y, std::size_t n, uint32_t c) {
     if (c == 0) return;
-    if (f.odd_prime()) return add_row_odd(x, y, n, prepared(f, c), f.p, f.p_inverse);
-    for (std::size_t i = 0; i < n; i++) x[i] ^= f.product(c, y[i]); /* characteristic 2 */
+    if (f.odd()) return add_row_odd(x, y, n, prepared(f, c), f.p, f.p_inverse);
+    for (std::size_t i = 0; i < n; i++) x[i] = f.sum(x[i], f.product(c, y[i]));
 }
 
 void uni_add_two_rows(const uni_field &f, uint32_t *x, const uint32_t *y, std::size_t n, uint32_t low, uint32_t high) {
     x[0] = f.sum(x[0], f.product(low, y[0]));
     x[n] = f.sum(x[n], f.product(high, y[n - 1]));
-    if (f.odd_prime()) {
+    if (f.odd()) {
         add_two_rows_odd(x + 1, y, n - 1, prepared(f, low), prepared(f, high), f.p, f.p_inverse);
         return;
     }
-    for (std::size_t i = 1; i < n; i++) x[i] ^= f.product(low, y[i]) ^ f.product(high, y[i - 1]);
+    for (std::size_t i = 1; i < n; i++) x[i] = f.sum(x[i], f.sum(f.product(low, y[i]), f.product(high, y[i - 1])));
 }
 
 void uni_scale_row(const uni_field &f, uint32_t *x, std::size_t n, uint32_t c) {
-    if (f.odd_prime()) return scale_row_odd(x, n, prepared(f, c), f.p, f.p_inverse);
+    if (f.odd()) return scale_row_odd(x, n, prepared(f, c), f.p, f.p_inverse);
     for (std::size_t i = 0; i < n; i++) x[i] = f.product(c, x[i]);
 }
 
 void uni_add_to(const uni_field &f, uint32_t *x, const uint32_t *y, std::size_t n) {
-    if (f.odd_prime()) return add_to_prime(x, y, n, f.p);
+    if (!f.table) return add_to_prime(x, y, n, f.p);
     for (std::size_t i = 0; i < n; i++) x[i] ^= y[i];
 }
 
 void uni_take_from(const uni_field &f, uint32_t *x, const uint32_t *y, std::size_t n) {
-    if (f.odd_prime()) return take_from_prime(x, y, n, f.p);
+    if (!f.table) return take_from_prime(x, y, n, f.p);
     for (std::size_t i = 0; i < n; i++) x[i] ^= y[i];
 }
 

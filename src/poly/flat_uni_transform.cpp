@@ -7,6 +7,7 @@
    transforms, 2014); a fixed factor w comes with w 2^32 / p, truncated (V. Shoup's method, in Harvey's paper). */
 #include "poly/flat_uni_transform.h"
 
+#include "poly/residue_arrays.h"
 #include "top/interrupts.h"
 
 #include <algorithm>
@@ -236,7 +237,7 @@ void multiply_blocks(const uint32_t *a, const uint32_t *b, uint32_t *c, std::siz
 struct mixed_digits {
     root inverse_0, p0_in_2, inverse_01; /* 1 / p0 modulo p1; p0 modulo p2, 1 / (p0 p1) modulo p2 */
     root scale[most_primes];             /* 2^32 / (number of blocks) modulo each prime */
-    uint32_t weight[most_primes];        /* 1, p0, p0 p1 modulo the field's p, times 2^32 */
+    uint32_t weight[most_primes];        /* 1, p0, p0 p1 modulo the field's p, times 2^32 if that is odd */
 };
 
 TOLVEK_WIDE_VECTORS
@@ -272,11 +273,6 @@ void weigh(const uint32_t *v0, const uint32_t *v1, const uint32_t *v2, uint32_t 
         z[i] = uni_reduce(uint64_t{v0[i]} * w0 + uint64_t{v1[i]} * w1 + uint64_t{v2[i]} * w2, p, p_inverse);
 }
 
-int primes_for(const uni_field &f, std::size_t terms) {
-    const double bits = 2 * std::log2(static_cast<double>(f.p)) + std::log2(static_cast<double>(terms));
-    return bits < prime_bits - 0.1 ? 1 : bits < 2 * prime_bits - 0.1 ? 2 : 3;
-}
-
 mixed_digits digits_for(const uni_field &f, std::size_t blocks) {
     const uint64_t p0 = fields[0].p, p1 = fields[1].p, p2 = fields[2].p;
     mixed_digits d;
@@ -288,13 +284,18 @@ mixed_digits digits_for(const uni_field &f, std::size_t blocks) {
         const uint64_t inverse = power(blocks % p, fields[i].p - 2, fields[i].p);
         d.scale[i] = prepare(static_cast<uint32_t>((uint64_t{1} << 32) % p * inverse % p), fields[i].p);
     }
-    d.weight[0] = f.word;
-    d.weight[1] = f.product(static_cast<uint32_t>(p0 % f.p), f.word);
-    d.weight[2] = f.product(f.product(static_cast<uint32_t>(p0 % f.p), static_cast<uint32_t>(p1 % f.p)), f.word);
+    d.weight[0] = f.odd() ? f.word : 1;
+    d.weight[1] = f.product(static_cast<uint32_t>(p0 % f.p), d.weight[0]);
+    d.weight[2] = f.product(static_cast<uint32_t>(p1 % f.p), d.weight[1]);
     return d;
 }
 
 } // namespace
+
+int uni_transform_primes(uint32_t ring_modulus, std::size_t terms) {
+    const double bits = 2 * std::log2(static_cast<double>(ring_modulus)) + std::log2(static_cast<double>(terms));
+    return bits < prime_bits - 0.1 ? 1 : bits < 2 * prime_bits - 0.1 ? 2 : 3;
+}
 
 std::size_t uni_transform_points(std::size_t least) {
     std::size_t n = 2 * block;
@@ -303,20 +304,24 @@ std::size_t uni_transform_points(std::size_t least) {
 }
 
 uni_transformer::uni_transformer(const uni_field &f, std::size_t least, std::size_t terms)
-    : field(f), n(uni_transform_points(least)), primes(primes_for(f, terms)) {
+    : field(f), n(uni_transform_points(least)), primes(uni_transform_primes(f.p, terms)) {
     assert(f.transforms() && n <= most_uni_points);
     const std::size_t count = n / (2 * block);
     for (int i = 0; i < primes; i++)
         if (tables[i].size() < count) extend_roots(i, count);
 }
 
+void uni_transformer::fold(const uint32_t *x, std::size_t length, uint32_t *to) const {
+    std::copy(x, x + std::min(length, n), to);
+    std::fill(to + std::min(length, n), to + n, 0);
+    for (std::size_t from = n; from < length; from += n)
+        for (std::size_t i = 0; i < std::min(n, length - from); i++) to[i] = field.sum(to[i], x[from + i]);
+}
+
 void uni_transformer::transform(const uint32_t *x, std::size_t length, image *to) const {
     to->resize(n * static_cast<std::size_t>(primes));
     uint32_t *first = to->data();
-    std::copy(x, x + std::min(length, n), first);
-    std::fill(first + std::min(length, n), first + n, 0);
-    for (std::size_t from = n; from < length; from += n)
-        for (std::size_t i = 0; i < std::min(n, length - from); i++) first[i] = field.sum(first[i], x[from + i]);
+    fold(x, length, first);
     for (int i = primes - 1; i >= 0; i--) { /* residues are below 2^31 < 4p */
         uint32_t *a = first + static_cast<std::size_t>(i) * n;
         if (i) std::copy(first, first + n, a);
@@ -330,6 +335,23 @@ void uni_transformer::multiply(const image &a, const image &b, image *c) const {
         const std::size_t at = static_cast<std::size_t>(i) * n;
         multiply_blocks(a.data() + at, b.data() + at, c->data() + at, n / block, tables[i].data(), fields[i].p,
                         fields[i].p_inverse, false);
+    }
+}
+
+void uni_transformer::multiply(const uint32_t *a, std::size_t na, const uint32_t *b, std::size_t nb, image *c) const {
+    const bool square = a == b && na == nb;
+    c->resize(n * static_cast<std::size_t>(primes));
+    image other;
+    if (!square) other.resize(n);
+    for (int i = 0; i < primes; i++) {
+        const root *w = tables[i].data();
+        const uint32_t p = fields[i].p;
+        uint32_t *x = c->data() + static_cast<std::size_t>(i) * n;
+        fold(a, na, x);
+        descend(x, n, 0, w, p);
+        if (!square) fold(b, nb, other.data());
+        if (!square) descend(other.data(), n, 0, w, p);
+        multiply_blocks(x, square ? x : other.data(), x, n / block, w, p, fields[i].p_inverse, false);
     }
 }
 
@@ -354,11 +376,12 @@ void uni_transformer::coefficients(image *c, uint32_t *z, std::size_t length) co
     }
     if (primes > 1) second_digits(v[0], v[1], length, d);
     if (primes > 2) third_digits(v[0], v[1], v[2], length, d);
-    if (field.odd_prime()) return weigh(v[0], v[1], v[2], z, length, d.weight, field.p, field.p_inverse);
-    for (std::size_t i = 0; i < length; i++) { /* modulo 2, and the primes are odd */
-        uint32_t sum = v[0][i];
-        for (int k = 1; k < primes; k++) sum ^= v[k][i];
-        z[i] = sum & 1;
+    if (field.odd()) return weigh(v[0], v[1], v[2], z, length, d.weight, field.p, field.p_inverse);
+    const residue_sum sum(field.p); /* as in weigh, below 2^63 */
+    for (std::size_t i = 0; i < length; i++) {
+        uint64_t v_i = 0;
+        for (int k = 0; k < primes; k++) v_i += uint64_t{v[k][i]} * d.weight[k];
+        z[i] = static_cast<uint32_t>(sum.settle(v_i));
     }
 }
 

@@ -1,6 +1,6 @@
 /* Which variables a polynomial involves, and how high. A wrapper that has a successor is no mere wrapper: with negative
    exponents y + x^-1 involves x, though its head has exponent 0. */
-#include "poly/model.h"
+#include "poly/model_work.h"
 #include "top/stack_limit.h"
 
 #include <cstring>
@@ -84,6 +84,28 @@ int driver_poly_vars(const polynode *p) {
     int deepest = poly_vars(p, 1, flags), count = 0;
     for (int level = 1; level <= deepest; level++) count += flags[level];
     return count;
+}
+
+/* ---- exponents ---- */
+
+void raise_exponents(polynode **p, int32_t s) {
+    if (poly_iszero(*p)) return;
+    for (polynode **at = p; *at; at = &(*at)->next) {
+        polynode *t = *at;
+        if (t->is_number) {
+            polynode *carrier = new_term();
+            carrier->next = t->next;
+            carrier->poly = t;
+            t->next = nullptr;
+            *at = carrier;
+            carrier->expo = s;
+        } else if ((t->expo += s) == 0 && is_constant(t->poly)) {
+            polynode *constant = t->poly;
+            constant->next = t->next;
+            *at = constant;
+            push_poly(t);
+        }
+    }
 }
 
 } // namespace tolvek

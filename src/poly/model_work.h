@@ -76,6 +76,10 @@ inline void negate_term(polynode *t) {
         poly_inplace(t->poly);
 }
 
+/* *p := x^s * *p in place for the variable x of the list, s above 0; negative exponents may become 0. Passes no safe
+   point. */
+void raise_exponents(polynode **p, int32_t s);
+
 /* The list, or the constant 0 when it is empty. */
 inline polynode *list_or_zero(polynode *list) {
     if (!list) poly_set(0, &list);

@@ -3,6 +3,7 @@
 
 #include "poly/flat_dense.h"
 #include "poly/flat_product.h"
+#include "poly/flat_residues.h"
 #include "poly/mult_work.h"
 #include "top/stack_limit.h"
 
@@ -10,7 +11,7 @@
 
 namespace tolvek {
 
-int64_t flat_product_cut = 150, flat_array_cut = 20000;
+int64_t flat_product_cut = 150;
 void (*fold_product)(polynode **p, pt *names) = nullptr;
 
 bool any_relation(const pt *names) {
@@ -61,13 +62,6 @@ void mult_lists(const polynode *a, const polynode *b, polynode **p, pt *names) {
         simple_standard(a, b, std::abs(n_a), std::abs(n_b), p);
 }
 
-/* Will the arrays of residues take the product, which is well filled? */
-static bool for_arrays(const poly_extent &a, const poly_extent &b) {
-    if (!modularmode || finf || modulus < 3 || a.levels != 1 || b.levels != 1) return false;
-    if (a.range[1].low < 0 || b.range[1].low < 0 || a.range[1].high + b.range[1].high > fast_gcd_size) return false;
-    return 4 * a.terms > a.range[1].high && 4 * b.terms > b.range[1].high;
-}
-
 /* An exponent of the product is out of range: a value where the error returns. */
 static void out_of_range(polynode **p) {
     error(32, blank);
@@ -81,9 +75,10 @@ void poly_mult(const polynode *a, const polynode *b, polynode **p, pt *names) {
     if (a != b) measure_poly(b, &xb);
     const poly_extent &of_b = a == b ? xa : xb;
     if (product_leaves_range(xa, of_b)) return out_of_range(p);
-    const int64_t cut = for_arrays(xa, of_b) ? flat_array_cut : flat_product_cut;
-    if (xa.terms * of_b.terms < cut || any_relation(names) || !fits_flat_product(xa, of_b))
+    if (xa.terms * of_b.terms < flat_product_cut || any_relation(names) || !fits_flat_product(xa, of_b))
         mult_lists(a, b, p, names);
+    else if (residues_cost(xa, of_b) < plain_flat_cost(xa, of_b))
+        mult_residues(a, xa, b, of_b, p);
     else if (transform_cost(xa, of_b) < plain_flat_cost(xa, of_b))
         mult_dense(a, xa, b, of_b, p);
     else if (narrow_coefficients(xa, of_b))

@@ -48,27 +48,6 @@ class split_list {
     polynode constant; /* the coefficient that a number term of the operand has become */
 };
 
-/* p := x^s * p in place, s above 0. */
-void raise_exponents(polynode **p, int32_t s) {
-    if (poly_iszero(*p)) return;
-    for (polynode **at = p; *at; at = &(*at)->next) {
-        polynode *t = *at;
-        if (t->is_number) {
-            polynode *carrier = new_term();
-            carrier->next = t->next;
-            carrier->poly = t;
-            t->next = nullptr;
-            *at = carrier;
-            carrier->expo = s;
-        } else if ((t->expo += s) == 0 && is_constant(t->poly)) {
-            polynode *constant = t->poly;
-            constant->next = t->next;
-            *at = constant;
-            push_poly(t);
-        }
-    }
-}
-
 using route = void (*)(const polynode *a, const polynode *b, polynode **p, pt *names);
 
 void karatsuba(const split_list &a, const split_list &b, int32_t s, polynode **p, route mult, pt *names) {

@@ -11,9 +11,9 @@
 
 namespace tolvek {
 
-/* Least number of products of terms for which poly_mult pours its operands into flat arrays; the same where the arrays
-   of residues take them. Measured by bench/kernels/poly.cpp (route/lists beside the others). */
-extern int64_t flat_product_cut, flat_array_cut;
+/* Least number of products of terms for which poly_mult pours its operands into flat arrays. Measured by
+   bench/kernels/poly.cpp (route/lists beside the others). */
+extern int64_t flat_product_cut;
 
 /* poly_mult without a look at exponents and without flat routes: the choice among the routes on lists. */
 void mult_lists(const polynode *a, const polynode *b, polynode **p, pt *names);

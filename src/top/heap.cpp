@@ -2,7 +2,9 @@
 
 #include "top/tolvek.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <sys/mman.h>
 
 namespace tolvek {
 
@@ -25,6 +27,17 @@ void *heap_request_cleared(std::size_t bytes) {
 
 void heap_release(void *block) {
     if (block) heap.release(block);
+}
+
+void heap_fill_pages(void *memory, std::size_t bytes) {
+#ifdef MADV_POPULATE_WRITE
+    constexpr std::uintptr_t page = 4096; /* where pages are larger, the request is refused or fills more */
+    const std::uintptr_t from = reinterpret_cast<std::uintptr_t>(memory) / page * page;
+    madvise(reinterpret_cast<void *>(from), reinterpret_cast<std::uintptr_t>(memory) + bytes - from,
+            MADV_POPULATE_WRITE);
+#else
+    (void)memory, (void)bytes;
+#endif
 }
 
 } // namespace tolvek

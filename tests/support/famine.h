@@ -25,7 +25,7 @@ struct no_spare_blocks {
    does after the report that such tests do without. */
 struct digit_famine {
     explicit digit_famine(int digits) {
-        while (numhead || numstash->free_list) {
+        while (numhead || has_slug(numstash)) {
             numnode *d = newdigit();
             d->next = hoard;
             hoard = d;

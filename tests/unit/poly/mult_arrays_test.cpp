@@ -154,7 +154,7 @@ TEST_F(mult_arrays_test, polynomials_to_arrays_and_back) {
 TEST_F(mult_arrays_test, the_arrays_end_at_their_size) {
     test_ring ring("46337");
     kept_value<int> most(fast_gcd_size, 22008), lean(fast_mult_cut, 10), lists(poly_cutoff, 20);
-    kept_value<int64_t> no_flat(flat_product_cut, INT64_MAX), nor_here(flat_array_cut, INT64_MAX);
+    kept_value<int64_t> no_flat(flat_product_cut, INT64_MAX);
     for (int excess : {0, 1}) {
         flat_poly terms_a, terms_b;
         for (int e = 11004 + excess; e >= 0; e -= 3) terms_a[{e}] = coef(e + 1);

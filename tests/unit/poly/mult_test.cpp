@@ -3,6 +3,8 @@
 #include "numbers/modular.h"
 #include "poly/flat_dense.h"
 #include "poly/flat_product.h"
+#include "poly/flat_residues.h"
+#include "poly/flat_uni.h"
 #include "poly/mult_work.h"
 #include "support/fresh_system.h"
 #include "support/rand_poly.h"
@@ -49,10 +51,9 @@ const road roads[] = {
 struct on_road {
     explicit on_road(const road &r)
         : lists(poly_cutoff, r.lists_cut), lean(fast_mult_cut, r.lean_cut), arrays(fast_gcd_size, r.array_limit),
-          cut(flat_product_cut, r.flat_cut), array_cut(flat_array_cut, r.flat_cut), limits(flat_limit, r.limits),
-          most_cells(flat_dense_longest, 1 << 18) {}
+          cut(flat_product_cut, r.flat_cut), limits(flat_limit, r.limits), most_cells(flat_dense_longest, 1 << 18) {}
     kept_value<int> lists, lean, arrays;
-    kept_value<int64_t> cut, array_cut;
+    kept_value<int64_t> cut;
     kept_value<flat_limits> limits;
     kept_value<uint64_t> most_cells; /* of transforms, which are for dense products */
 };
@@ -76,14 +77,26 @@ void check_product(const polynode *a, const polynode *b, const std::string &ring
     poly_extent xa, xb;
     measure_poly(a, &xa);
     measure_poly(b, &xb);
-    if (is_constant(a) || is_constant(b) || !fits_flat_product(xa, xb) || !std::isfinite(transform_cost(xa, xb)))
-        return;
-    poly_handle product;
-    mult_dense(a, xa, b, xb, product.slot());
-    expect_canonical(product.get());
-    ASSERT_TRUE(poly_equal(product.get(), expected.get()))
-        << "by transforms, ring " << ring << "\n(" << text_of(a) << ") * (" << text_of(b) << ")\nis "
-        << text_of(expected.get()) << "\nnot " << text_of(product.get());
+    if (is_constant(a) || is_constant(b) || !fits_flat_product(xa, xb)) return;
+    const struct {
+        const char *name;
+        double cost;
+        void (*mult)(const polynode *a, const poly_extent &xa, const polynode *b, const poly_extent &xb, polynode **p);
+        uint32_t least_transform;
+    } dense[] = {{"by transforms", transform_cost(xa, xb), mult_dense, 2},
+                 {"by rows of residues", residues_cost(xa, xb), mult_residues, UINT32_MAX},
+                 {"by transforms of residues", residues_cost(xa, xb), mult_residues, 2}};
+    for (const auto &way : dense) {
+        if (!std::isfinite(way.cost)) continue;
+        kept_value<uni_limits> limits(uni_limit);
+        uni_limit.mult = way.least_transform;
+        poly_handle product;
+        way.mult(a, xa, b, xb, product.slot());
+        expect_canonical(product.get());
+        ASSERT_TRUE(poly_equal(product.get(), expected.get()))
+            << way.name << ", ring " << ring << "\n(" << text_of(a) << ") * (" << text_of(b) << ")\nis "
+            << text_of(expected.get()) << "\nnot " << text_of(product.get());
+    }
 }
 
 std::string product_text(const std::string &a, const std::string &b) {
