@@ -1,4 +1,4 @@
-"""Products and powers of polynomials beside PARI/GP, Singular and FLINT, where these are installed.
+"""Products, powers and exact quotients of polynomials beside PARI/GP, Singular and FLINT, where these are installed.
 
     bench/products.py [--build <folder>] [--runs N] [--check] [figure ...]
 
@@ -58,6 +58,7 @@ def same(name, most_ratio, modulus, variables, text):
     return Figure(name, most_ratio, modulus, variables, text, text)
 
 
+SPARSE_POWERS = "f = (1+x+y+2*z^2+3*t^3+5*u^5)^10; g = (1+u+t+2*z^2+3*y^3+5*x^5)^10; "
 GP_RANDOM = """p() = sum(i = 1, 2000, my(e = vector(4, k, rng() % 1000)); (rng() % 199 - 99) * x^e[1]*y^e[2]*z^e[3]*t^e[4])
 f = p(); g = p(); gettime(); h = f*g;"""
 SINGULAR_RANDOM = """proc p() { poly q; intvec e; int k; int n;
@@ -77,7 +78,11 @@ f = p(); g = p(); begin = timer; for (i = 1; i <= 20; i++) { h = f*g; }"""
 
 FIGURES = [
     same("dense4", 1.5, 0, "xyzt", "f = (1+x+y+z+t)^20; h = f*(f+1);"),
-    same("sparse5", 2.0, 0, "xyztu", "f = (1+x+y+2*z^2+3*t^3+5*u^5)^10; g = (1+u+t+2*z^2+3*y^3+5*x^5)^10; h = f*g;"),
+    same("sparse5", 2.0, 0, "xyztu", SPARSE_POWERS + "h = f*g;"),
+    Figure("quotient4", 1.0, 0, "xyzt", "f = (1+x+y+z+t)^20; g = (1+x+y+z+t)^10; gettime(); for(i = 1, 20, h = f/g);",
+           "f = (1+x+y+z+t)^20; g = (1+x+y+z+t)^10; begin = timer; for (i = 1; i <= 20; i++) { h = f/g; }", 20),
+    Figure("quotient5", 2.0, 0, "xyztu", SPARSE_POWERS + "h = f*g; gettime(); h = h/f;",
+           SPARSE_POWERS + "h = f*g; begin = timer; h = h/f;"),
     same("power/Z", 1.5, 0, "xyz", "h = (1+x+y+z)^180;"),
     Figure("power/46337", 1.5, 46337, "xyz", "h = (1+x+y+z+Mod(0,M))^120;", "h = (1+x+y+z)^120;"),
     Figure("random4", 1.5, 0, "xyzt", GP_RANDOM, SINGULAR_RANDOM),

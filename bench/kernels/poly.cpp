@@ -1,4 +1,4 @@
-/* Products and powers of polynomials, each with a check of its answer: its number of terms and its value at
+/* Products, powers and exact quotients of polynomials, each with a check of its answer: its number of terms and its value at
    x, y, z, t, u = 2, 3, 5, 7, 11, modulo the ring's modulus or else 2147483629. bench/products.py runs them beside the
    peers and knows what they are to be measured by.
 
@@ -6,6 +6,7 @@
    of flat_dense.cpp and flat_residues.cpp (route/flat beside route/transforms and route/residues). */
 #include "numbers/stash.h"
 #include "poly/add.h"
+#include "poly/divide_work.h"
 #include "poly/flat_dense.h"
 #include "poly/flat_product.h"
 #include "poly/flat_residues.h"
@@ -171,7 +172,7 @@ template <class Routine> static void time_routine(benchmark::State &state, answe
 
 /* ---- the figures ---- */
 
-/* A product or power to be timed. */
+/* A product, power or quotient to be timed. */
 struct figure {
     const char *name;
     int32_t modulus; /* 0: over the integers */
@@ -192,19 +193,38 @@ static void dense4(polynode *, polynode *, polynode **p) {
     poly_mult(f.get(), g.get(), p, nullptr);
 }
 
-static void sparse5(polynode *, polynode *, polynode **p) {
-    poly_handle f, g;
-    poly_set(1, f.slot());
-    poly_set(1, g.slot());
+/* (1 + x + y + 2z^2 + 3t^3 + 5u^5)^10 and (1 + u + t + 2z^2 + 3y^3 + 5x^5)^10 */
+static void sparse_powers(polynode **f, polynode **g) {
+    poly_set(1, f);
+    poly_set(1, g);
     constexpr int32_t exponents[] = {1, 1, 2, 3, 5}, coefficients[] = {1, 1, 2, 3, 5};
     for (int k = 0; k < 5; k++) {
-        add_power(f.slot(), k + 1, exponents[k], coefficients[k]);
+        add_power(f, k + 1, exponents[k], coefficients[k]);
         const int from_end = k == 2 ? 3 : 5 - k; /* u, t, z, y, x */
-        add_power(g.slot(), from_end, exponents[k], coefficients[k]);
+        add_power(g, from_end, exponents[k], coefficients[k]);
     }
-    compute_power(f.slot(), 10, nullptr);
-    compute_power(g.slot(), 10, nullptr);
+    compute_power(f, 10, nullptr);
+    compute_power(g, 10, nullptr);
+}
+static void sparse5(polynode *, polynode *, polynode **p) {
+    poly_handle f, g;
+    sparse_powers(f.slot(), g.slot());
     poly_mult(f.get(), g.get(), p, nullptr);
+}
+
+/* Dividend and divisor. */
+static void dense_multiple(polynode **f, polynode **g) {
+    linear_form(4, f);
+    linear_form(4, g);
+    compute_power(f, 20, nullptr);
+    compute_power(g, 10, nullptr);
+}
+static void sparse_multiple(polynode **f, polynode **g) {
+    sparse_powers(g, f);
+    poly_mult(*f, *g, f, nullptr);
+}
+static void quotient(polynode *f, polynode *g, polynode **p) {
+    if (!divides_exactly(f, g, p, nullptr, {})) poly_set(0, p);
 }
 
 template <int e> static void power(polynode *, polynode *, polynode **p) {
@@ -224,6 +244,8 @@ template <int degree> static void univariate_operands(polynode **f, polynode **g
 static const figure figures[] = {
     {"dense4", 0, no_operands, dense4, {135751, 987308672}},
     {"sparse5", 0, no_operands, sparse5, {2096600, 451945313}},
+    {"quotient4", 0, dense_multiple, quotient, {1001, 1349435226}},
+    {"quotient5", 0, sparse_multiple, quotient, {3003, 1979355374}},
     {"power/Z", 0, no_operands, power<180>, {1004731, 1222793497}},
     {"power/46337", 46337, no_operands, power<120>, {302621, 0}},
     {"random4", 0, random_operands, product, {}},
@@ -238,7 +260,7 @@ static void time_figure(benchmark::State &state, const figure &x) {
     poly_handle f, g;
     x.operands(f.slot(), g.slot());
     answer expected = x.expected;
-    if (f) expected.value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus();
+    if (x.compute == product) expected.value = value_of(f.get(), points) * value_of(g.get(), points) % check_modulus();
     time_routine(state, expected, [&](polynode **p) { x.compute(f.get(), g.get(), p); });
 }
 

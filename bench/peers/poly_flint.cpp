@@ -97,6 +97,28 @@ static void sparse5() {
         [&] { return r.of(h); });
 }
 
+static void quotient4() {
+    const ring_over_z r(4);
+    fmpz_mpoly_t base, f, g, h;
+    r.read(base, "1+x+y+z+t");
+    for (auto p : {f, g, h}) r.read(p, nullptr);
+    fmpz_mpoly_pow_ui(f, base, 20, r.c);
+    fmpz_mpoly_pow_ui(g, base, 10, r.c);
+    tell([&] { fmpz_mpoly_divides(h, f, g, r.c); }, [&] { return r.of(h); });
+}
+
+static void quotient5() {
+    const ring_over_z r(5);
+    fmpz_mpoly_t a, b, f, h;
+    r.read(a, "1+x+y+2*z^2+3*t^3+5*u^5");
+    r.read(b, "1+u+t+2*z^2+3*y^3+5*x^5");
+    for (auto p : {f, h}) r.read(p, nullptr);
+    fmpz_mpoly_pow_ui(a, a, 10, r.c);
+    fmpz_mpoly_pow_ui(b, b, 10, r.c);
+    fmpz_mpoly_mul(f, a, b, r.c);
+    tell([&] { fmpz_mpoly_divides(h, f, a, r.c); }, [&] { return r.of(h); });
+}
+
 static void power_over_z() {
     const ring_over_z r(3);
     fmpz_mpoly_t f, g;
@@ -183,6 +205,8 @@ int main(int argc, char **argv) {
     const std::string name = argc > 1 ? argv[1] : "";
     if (name == "dense4") dense4();
     if (name == "sparse5") sparse5();
+    if (name == "quotient4") quotient4();
+    if (name == "quotient5") quotient5();
     if (name == "power/Z") power_over_z();
     if (name == "power/46337") power_of_residues();
     if (name == "random4") random4();

@@ -1,7 +1,8 @@
-/* Division in one variable over residues, on arrays indexed by exponent; and remainders of sparse polynomials of high
+/* Division in one variable over residues, on arrays indexed by exponent, or on flat polynomials; and remainders of sparse polynomials of high
    degree, by powers of the variable. Sums of products are reduced late. */
 #include "numbers/modular.h"
 #include "poly/divide_work.h"
+#include "poly/flat_uni.h"
 #include "poly/measures.h"
 #include "poly/mult.h"
 #include "poly/mult_arrays.h"
@@ -143,7 +144,33 @@ bool arrays_pay(const polynode *a, const polynode *b) {
     return a->expo < cells_a_term * (poly_length(a) + poly_length(b) + 2);
 }
 
+/* Is the divisor filled so well that flat polynomials are quicker, whose rows have every entry? */
+static bool flat_pays(const polynode *a, const polynode *b) {
+    if (finf || a->expo > most_flat_degree) return false;
+    return b->expo < 4 * int64_t{poly_length(b)};
+}
+
+/* For flat operands: a = q * b + r. False, and no quotient, where `exactly` is not possible. */
+static bool divide_flat_lists(const polynode *a, const polynode *b, bool exactly, polynode **q, polynode **r) {
+    const uni_field f = uni_field::in_force();
+    uni_poly x, y, quotient, rest;
+    uni_from_poly(a, &x);
+    uni_from_poly(b, &y);
+    uni_divide(f, x, y, q ? &quotient : nullptr, &rest);
+    if (exactly && !rest.empty()) return false;
+    poly_handle to_q, to_r;
+    if (q) uni_to_poly(quotient, to_q.slot());
+    if (r) uni_to_poly(rest, to_r.slot());
+    if (q) to_q.release_to(q);
+    if (r) to_r.release_to(r);
+    return true;
+}
+
 void divide_in_arrays(const polynode *a, const polynode *b, polynode **q, polynode **r) {
+    if (flat_pays(a, b)) {
+        divide_flat_lists(a, b, false, q, r);
+        return;
+    }
     buffer<uint64_t> rest;
     const std::size_t degree = divide_lean(a, b, &rest), below = std::min(degree, rest.size());
     poly_handle quotient, remainder;
@@ -154,6 +181,7 @@ void divide_in_arrays(const polynode *a, const polynode *b, polynode **q, polyno
 }
 
 bool divides_in_arrays(const polynode *a, const polynode *b, polynode **q) {
+    if (flat_pays(a, b)) return divide_flat_lists(a, b, true, q, nullptr);
     buffer<uint64_t> rest;
     const std::size_t degree = divide_lean(a, b, &rest), below = std::min(degree, rest.size());
     for (std::size_t i = 0; i < below; i++)

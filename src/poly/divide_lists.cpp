@@ -8,6 +8,7 @@
 #include "poly/add.h"
 #include "poly/coefficient_sum.h"
 #include "poly/divide_work.h"
+#include "poly/flat_divide.h"
 #include "top/interrupts.h"
 #include "top/stack_limit.h"
 
@@ -179,6 +180,10 @@ bool divides_exactly(const polynode *a, const polynode *b, polynode **q, pt *nam
     if (a == b) return constant_quotient(1, q);
     if (!rule.power_units && (is_constant(a) || a->expo < b->expo)) return false;
     if (!rule.power_units && lean_operands(a, b) && arrays_pay(a, b)) return divides_in_arrays(a, b, q);
+    if (!rule.rough && !any_relation(names)) {
+        const flat_verdict verdict = divide_flat(a, b, q, rule.power_units);
+        if (verdict != flat_verdict::unfit) return verdict == flat_verdict::divides;
+    }
     return divide_by_steps(a, b, q, nullptr, names, rule);
 }
 

@@ -40,11 +40,16 @@ static void measure_list(const polynode *p, int level, poly_extent *e) {
         measure_number(p->num, e);
         return;
     }
-    for (; e->levels < level; e->levels++) e->range[e->levels + 1] = {INT32_MAX, INT32_MIN};
+    for (; e->levels < level; e->levels++) {
+        e->range[e->levels + 1] = {INT32_MAX, INT32_MIN};
+        e->nodes[e->levels + 1] = 0;
+    }
+    int64_t nodes = 0;
     int32_t low = p->expo;
     const int32_t high = p->expo;
     for (const polynode *t = p; t; t = t->next) {
         low = t->expo;
+        nodes++;
         if (t->is_number) {
             e->constants_from = std::min(e->constants_from, level + 1);
             measure_number(t->num, e);
@@ -54,6 +59,7 @@ static void measure_list(const polynode *p, int level, poly_extent *e) {
     }
     exponent_range &r = e->range[level];
     r = {std::min(r.low, low), std::max(r.high, high)};
+    e->nodes[level] += nodes;
 }
 
 void measure_poly(const polynode *p, poly_extent *x) {

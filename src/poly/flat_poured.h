@@ -27,8 +27,10 @@ struct poly_extent {
     int bits = 0;                             /* of the largest coefficient; 32 in lintmode */
     double norm = 0;                          /* sum of the magnitudes of coefficients, rounded */
     exponent_range range[most_variables + 1]; /* of the levels 1 .. levels; they include 0 where terms end above */
+    int64_t nodes[most_variables + 1];        /* terms of all lists of a level together */
 
     exponent_range range_at(int level) const { return level <= levels ? range[level] : exponent_range{0, 0}; }
+    int64_t nodes_at(int level) const { return level <= levels ? nodes[level] : terms; }
 };
 /* Floats count as 64 bits. Passes safe points. */
 void measure_poly(const polynode *p, poly_extent *x);

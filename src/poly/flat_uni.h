@@ -29,7 +29,7 @@ struct uni_field {
     explicit uni_field(uint32_t prime, bool is_table = false);
     static uni_field in_force(); /* modularmode is on, and the ring is a field */
 
-    bool odd() const { return !table && p % 2; } /* is uni_reduce possible? */
+    bool odd_prime() const { return !table && p % 2; } /* or another odd modulus, where that is allowed */
     bool transforms() const { return !table; }   /* do products have the method of transforms? */
     uint32_t sum(uint32_t a, uint32_t b) const {
         if (table) return a ^ b;

@@ -67,14 +67,14 @@ void take_from_prime(uint32_t *__restrict x, const uint32_t *__restrict y, std::
 
 void uni_add_row(const uni_field &f, uint32_t *x, const uint32_t *y, std::size_t n, uint32_t c) {
     if (c == 0) return;
-    if (f.odd()) return add_row_odd(x, y, n, prepared(f, c), f.p, f.p_inverse);
+    if (f.odd_prime()) return add_row_odd(x, y, n, prepared(f, c), f.p, f.p_inverse);
     for (std::size_t i = 0; i < n; i++) x[i] = f.sum(x[i], f.product(c, y[i]));
 }
 
 void uni_add_two_rows(const uni_field &f, uint32_t *x, const uint32_t *y, std::size_t n, uint32_t low, uint32_t high) {
     x[0] = f.sum(x[0], f.product(low, y[0]));
     x[n] = f.sum(x[n], f.product(high, y[n - 1]));
-    if (f.odd()) {
+    if (f.odd_prime()) {
         add_two_rows_odd(x + 1, y, n - 1, prepared(f, low), prepared(f, high), f.p, f.p_inverse);
         return;
     }
@@ -82,7 +82,7 @@ void uni_add_two_rows(const uni_field &f, uint32_t *x, const uint32_t *y, std::s
 }
 
 void uni_scale_row(const uni_field &f, uint32_t *x, std::size_t n, uint32_t c) {
-    if (f.odd()) return scale_row_odd(x, n, prepared(f, c), f.p, f.p_inverse);
+    if (f.odd_prime()) return scale_row_odd(x, n, prepared(f, c), f.p, f.p_inverse);
     for (std::size_t i = 0; i < n; i++) x[i] = f.product(c, x[i]);
 }
 

@@ -284,7 +284,7 @@ mixed_digits digits_for(const uni_field &f, std::size_t blocks) {
         const uint64_t inverse = power(blocks % p, fields[i].p - 2, fields[i].p);
         d.scale[i] = prepare(static_cast<uint32_t>((uint64_t{1} << 32) % p * inverse % p), fields[i].p);
     }
-    d.weight[0] = f.odd() ? f.word : 1;
+    d.weight[0] = f.odd_prime() ? f.word : 1;
     d.weight[1] = f.product(static_cast<uint32_t>(p0 % f.p), d.weight[0]);
     d.weight[2] = f.product(static_cast<uint32_t>(p1 % f.p), d.weight[1]);
     return d;
@@ -376,7 +376,7 @@ void uni_transformer::coefficients(image *c, uint32_t *z, std::size_t length) co
     }
     if (primes > 1) second_digits(v[0], v[1], length, d);
     if (primes > 2) third_digits(v[0], v[1], v[2], length, d);
-    if (field.odd()) return weigh(v[0], v[1], v[2], z, length, d.weight, field.p, field.p_inverse);
+    if (field.odd_prime()) return weigh(v[0], v[1], v[2], z, length, d.weight, field.p, field.p_inverse);
     const residue_sum sum(field.p); /* as in weigh, below 2^63 */
     for (std::size_t i = 0; i < length; i++) {
         uint64_t v_i = 0;

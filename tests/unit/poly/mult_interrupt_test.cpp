@@ -1,7 +1,9 @@
 /* Products and powers that are left at a safe point, and how far apart safe points lie. */
 #include "poly/flat_dense.h"
+#include "poly/flat_divide.h"
 #include "poly/flat_power.h"
 #include "poly/flat_product.h"
+#include "poly/flat_residues.h"
 #include "poly/measures.h"
 #include "poly/mult.h"
 #include "poly/mult_work.h"
@@ -77,6 +79,22 @@ TEST_F(mult_interrupt_test, a_product_by_transforms_that_is_left) {
     measure_poly(a.get(), &xa);
     measure_poly(b.get(), &xb);
     leave_everywhere("transforms", p.slot(), [&] { mult_dense(a.get(), xa, b.get(), xb, p.slot()); });
+}
+
+TEST_F(mult_interrupt_test, a_product_of_residues_by_transforms_that_is_left) {
+    test_ring ring("2147483629");
+    poly_handle a(dense(1, 30000)), b(dense(1, 20000)), p;
+    poly_extent xa, xb;
+    measure_poly(a.get(), &xa);
+    measure_poly(b.get(), &xb);
+    leave_everywhere("residues", p.slot(), [&] { mult_residues(a.get(), xa, b.get(), xb, p.slot()); });
+}
+
+TEST_F(mult_interrupt_test, an_exact_division_on_packed_exponents_that_is_left) {
+    poly_handle a, b(dense(2, 34)), q(dense(2, 31)), p;
+    poly_mult(b.get(), q.get(), a.slot(), nullptr);
+    leave_everywhere("division", p.slot(), [&] { divide_flat(a.get(), b.get(), p.slot(), false); });
+    leave_everywhere("division in place", a.slot(), [&] { divide_flat(a.get(), b.get(), a.slot(), false); });
 }
 
 TEST_F(mult_interrupt_test, a_power_that_is_left_keeps_its_value) {

@@ -134,6 +134,18 @@ TEST_F(mult_test, dense_polynomials_in_one_and_two_variables) {
     }
 }
 
+TEST_F(mult_test, even_moduli_and_others_that_are_no_primes) {
+    for (const std::string name : {"4", "6", "9", "1000000", "2147483641", "2147483644"}) {
+        test_ring ring(name);
+        for (int i = times(12); i > 0; i--) {
+            const poly_shape shape{1 + rnd.below(2), 40, 40, 4, false};
+            poly_handle a(rand_poly(rnd, shape)), b(rand_poly(rnd, shape));
+            check_product(a.get(), b.get(), name);
+            if (HasFatalFailure()) return;
+        }
+    }
+}
+
 TEST_F(mult_test, an_operand_may_be_the_other_one_and_the_destination) {
     for (const std::string &name : test_rings) {
         test_ring ring(name);
