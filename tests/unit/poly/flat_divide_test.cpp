@@ -89,7 +89,7 @@ TEST_F(flat_divide_test, what_is_not_a_multiple_fails) {
             poly_handle product(table_product(a.get(), b.get())), sum(table_sum(product.get(), r.get()));
             if (poly_iszero(sum.get())) continue;
             /* the division of lists is the second method */
-            poly_handle by_lists, q(poly_of("7*x"));
+            poly_handle by_lists, q(poly_of("7*x")), untouched(poly_of("7*x"));
             if (is_constant(b.get())) continue;
             const bool divides = divide_by_steps(sum.get(), b.get(), by_lists.slot(), nullptr, polynames, {});
             for (const flat_division_limits &cut : cuts) {
@@ -106,7 +106,7 @@ TEST_F(flat_divide_test, what_is_not_a_multiple_fails) {
                 }
             }
             if (!divides) {
-                EXPECT_TRUE(divides || text_of(q.get()) == "7*x" || text_of(q.get()) == "x");
+                EXPECT_TRUE(poly_equal(q.get(), untouched.get()));
             }
         }
         EXPECT_GT(failed, 20) << name;
@@ -180,6 +180,7 @@ TEST_F(flat_divide_test, other_rings_are_left_to_the_lists) {
 
 TEST_F(flat_divide_test, quotients_may_have_negative_exponents_where_powers_are_units) {
     kept_value<int> powers(laurent, 1);
+    int divided = 0;
     for (int i = times(60); i > 0; i--) {
         const poly_shape shape{1 + rnd.below(3), 1 + rnd.below(6), 6, 1, true};
         poly_handle a(rand_nonzero_poly(rnd, shape)), b(rand_nonzero_poly(rnd, shape));
@@ -187,7 +188,9 @@ TEST_F(flat_divide_test, quotients_may_have_negative_exponents_where_powers_are_
         if (!has_variables(a.get()) || is_constant(b.get())) continue;
         expect_quotient(product.get(), b.get(), a.get(), "chain");
         if (HasFatalFailure()) return;
+        divided++;
     }
+    EXPECT_GT(divided, 20);
 }
 
 TEST_F(flat_divide_test, the_destination_may_hold_an_operand) {
