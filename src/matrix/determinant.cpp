@@ -59,6 +59,14 @@ void elimination::swap_columns(int i, int k) {
     }
 }
 
+void tell_elimination(const elimination &e) {
+    if (!verbose) return;
+    dumpitt("Standard G.E. method, rank ", e.n, 1, 0, 1);
+    if (!e.invert()) return;
+    dumpitt(" Now inverting upper triangular matrix, rank ", e.n, 1, 0, 0);
+    dumpitt("Restoring row and column ops. \n", -1, 1, 0, 0);
+}
+
 /* ---- pivots ---- */
 
 /* The mass of a numerator and a denominator. */

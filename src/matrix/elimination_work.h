@@ -32,7 +32,14 @@ bool by_adjoint_of_integers(elimination &e);  /* the inverse of integers */
 bool by_fraction_free_steps(elimination &e);  /* if the switches ask for it */
 bool by_gaussian_elimination(elimination &e); /* any matrix */
 
+/* m := the adjoint of a matrix of integers, or of residues by way of integers; false, and nothing has changed, if the
+   determinant of the integers is 0. */
+bool adjoint_of_integers(matrix_value &m);
+
 /* ---- shared by the eliminations ---- */
+
+/* With `verbose`: what Gaussian elimination says, for routes that do not go step by step. */
+void tell_elimination(const elimination &e);
 
 struct pivot_place {
     int row = -1, column = -1; /* -1: there is none */

@@ -58,6 +58,14 @@ struct determinant_test : fresh_exact_system {
     }
 };
 
+struct float_determinant_test : fresh_system {
+    determinants det{*this};
+    void TearDown() override {
+        forget_arrays();
+        fresh_system::TearDown();
+    }
+};
+
 /* The known determinants by every method: the switches force them. */
 struct method {
     const char *name;
@@ -249,6 +257,62 @@ TEST_F(inverse_test, singular_matrices_have_none) {
     }
 }
 
+/* ---- adjoints: A adj(A) = det(A) 1, for singular matrices too ---- */
+
+struct adjoint_test : determinant_test {
+    void check(const std::string &rows) {
+        run("[m] := " + rows);
+        matrix_value m, adj, copy;
+        fetch_array(det.array("m"), m);
+        fetch_array(det.array("m"), adj);
+        fetch_array(det.array("m"), copy);
+        quoly_handle d;
+        quoly_set(1, d.slot());
+        mat_determinant(copy, {}, d.slot());
+        adjoint(adj);
+        for (int i = 0; i < m.rows; i++)
+            for (int j = 0; j < m.rows; j++) {
+                quoly_handle sum;
+                quoly_set(0, sum.slot());
+                for (int k = 0; k < m.rows; k++) {
+                    quoly_handle product;
+                    quoly_mult(m.cell(i + k * m.rows), adj.cell(k + j * m.rows), product.slot());
+                    best_quoly_add(sum.slot(), product.release());
+                }
+                if (i == j) quoly_sub(sum.get(), d.get(), sum.slot());
+                EXPECT_TRUE(quoly_is_zero(sum.get())) << rows;
+            }
+        m.clear();
+        run("@[m]");
+    }
+};
+
+TEST_F(adjoint_test, the_product_with_the_adjoint_is_the_determinant) {
+    run("&(J = x)\n&(J = y)");
+    for (const char *rows :
+         {"[[5]]", "[[0]]", "[[1,2][3,4]]", "[[1,2][2,4]]", "[[1,2,3][4,5,6][7,8,9]]", "[[x,1][y,x]]", "[[x,x*y][1,y]]",
+          "[[x,1,0][1,x,1][0,1,x]]", "[[1/x,1][2,x]]", "[[1/x,1][1,x]]", "[[2,1,1,1][1,2,1,1][1,1,2,1][1,1,1,2]]",
+          "[[1,2,3,4][5,6,7,8][9,10,11,12][13,14,15,16]]"})
+        check(rows);
+}
+
+TEST_F(adjoint_test, residues_modulo_primes_and_composite_numbers) {
+    run("&(p = 12)");
+    for (const char *rows : {"[[2,3][3,2]]", "[[2,0][0,6]]", "[[1,2,3][4,5,6][7,8,9]]", "[[2,4,0][0,2,3][3,0,2]]"})
+        check(rows);
+}
+
+TEST_F(adjoint_test, a_singular_image_modulo_a_prime_in_use_is_no_singular_matrix) {
+    check("[[2147483629,0,0,0][0,2147483587,0,0][1,0,2147483579,0][0,0,2,1]]"); /* the largest primes below 2^31 */
+}
+
+TEST_F(float_determinant_test, adjoints_of_numbers_are_for_the_exact_program) {
+    run("[m] := [[1,2][3,4]]");
+    matrix_value m;
+    fetch_array(det.array("m"), m);
+    EXPECT_NE(text_of([&] { adjoint(m); }).find(message_text(62)), std::string::npos);
+}
+
 /* ---- residues ---- */
 
 TEST_F(determinant_test, residues_modulo_a_prime) {
@@ -272,14 +336,6 @@ TEST_F(determinant_test, residues_modulo_a_composite_number) {
     run("[z] := [[2,0][0,1]]");
     EXPECT_NE(det.invert("z").find(message_text(85)), std::string::npos);
 }
-
-struct float_determinant_test : fresh_system {
-    determinants det{*this};
-    void TearDown() override {
-        forget_arrays();
-        fresh_system::TearDown();
-    }
-};
 
 TEST_F(float_determinant_test, floats) {
     run("[m] := [[1,2,3][4,5,6][7,8,10]]");
