@@ -69,11 +69,15 @@ void tell_elimination(const elimination &e) {
 
 /* ---- pivots ---- */
 
-/* The mass of a numerator and a denominator. */
 static int64_t quoly_mass(const quolynode *q) {
     int64_t mass = poly_mass(q->num, 1, 1);
     if (q->den) mass += poly_mass(q->den, 1, 1);
     return mass;
+}
+
+int64_t entry_mass(const quolynode *q) {
+    if (!q->is_num) return quoly_mass(q);
+    return lintmode ? 1 : q->numb->num_len;
 }
 
 static bool larger_number(const number *a, const number *b) {
@@ -137,6 +141,7 @@ void mat_determinant(matrix_value &m, const determinant_hints &hints, quolynode 
     matrix_value work;
     work.take(m);
     work.own();
+    if (work.is_sparse()) return sparse_determinant(work, hints, result);
     work.fill_holes();
     elimination e(work, result);
     const bool no_denoms = e.no_denoms;
@@ -147,6 +152,7 @@ void mat_determinant(matrix_value &m, const determinant_hints &hints, quolynode 
 void mat_inverse(matrix_value &m) {
     gcd_caching cache;
     m.own();
+    if (m.is_sparse()) return invert_sparse(m);
     m.fill_holes();
     elimination e(m, nullptr);
     eliminate(e);

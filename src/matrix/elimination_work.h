@@ -36,7 +36,14 @@ bool by_gaussian_elimination(elimination &e); /* any matrix */
    determinant of the integers is 0. */
 bool adjoint_of_integers(matrix_value &m);
 
+/* ---- sparse matrices, of their own ---- */
+
+void sparse_determinant(matrix_value &m, const determinant_hints &hints, quolynode **result);
+void invert_sparse(matrix_value &m); /* error 44 */
+
 /* ---- shared by the eliminations ---- */
+
+int64_t entry_mass(const quolynode *q); /* what an entry costs: of a number its digits, in a word ring 1 */
 
 /* With `verbose`: what Gaussian elimination says, for routes that do not go step by step. */
 void tell_elimination(const elimination &e);
