@@ -246,8 +246,9 @@ TEST_F(switches, the_ends_of_loops_set_their_flags_in_a_function) {
     EXPECT_TRUE(leave_flag && cycle_flag && exit_flag);
 }
 
-TEST_F(switches, a_list_of_names_behind_p_is_for_the_terminal) {
-    EXPECT_NE(in_list("&p(x)").find(message_text(264)), std::string::npos);
+TEST_F(switches, floats_have_no_other_ring_for_a_list_of_names) {
+    for (const char *statement : {"&(p = 7:x,y)", "&p(x)"})
+        EXPECT_NE(run(statement).find(message_text(62)), std::string::npos) << statement;
 }
 
 /* ---- dialogs ---- */
@@ -321,17 +322,16 @@ TEST_F(switches, an_interrupt_at_a_question_opens_a_level_and_the_answer_is_read
 /* ---- failures ---- */
 
 static const char *const bad_statements[] = {
-    "&(t = 2)",     "&(t = -1)",  "&(t 1)",    "&(t = 1;",     "&(t = 1",     "&(t = 't')",  "&(t = _i)",  "&(t = zz)",
-    "&(t = )",      "&(y = 1)",   "&(y = 2)",  "&(tt = 1)",    "&(_ = 1)",    "&(",          "&(t",        "&(t =",
-    "&(# = -1)",    "&(# = [a])", "&(A = 9)",  "&(A = 20001)", "&(X = 299)",  "&(X = 4584)", "&(m = 3)",   "&(m = -1)",
-    "&(D = 'x')",   "&(K = -1)",  "&(L = -1)", "&(u = -1)",    "&(_r = 'x')", "&(_r = _i)",  "&(_d = zz)", "&(p = 0)",
-    "&(p = 7:x,y)", "&(p = 1)",   "&(p = _i",  "&(M = [a])",   "&(M = 'ab'",  "&(M = 'ab",   "&(R = ' ')", "&(R = 'a')",
-    "&(S = '')",    "&(Q = 'a')", "&(J = X)",  "&(J > X)",     "&(P = 1)",    "&(l = 1)",    "&l",         "&p\nzz",
-    "&p(x)",        "&J",         "&P",        "&v 1",         "&C*",         "&C",          "&C 1",       "&r\n\n",
-    "&s\n\n",       "&4",         "&o",        "&_n",          "&y",          "&_y",         "&yy",        "&#\nzz",
-    "&#\n30 )",     "&#\n30; 1",  "&#\n\n",    "&A\n9",        "&X\n299",     "&m\n3",       "&D\nzz",     "&K\nzz",
-    "&L\nzz",       "&u\nzz",     "&d\nzz",    "&_d\nzz",      "&_k\nzz",     "&_r\nzz",     "&_r\n3 )",   "&_m 1",
-    "&_m(1",        "&_m(1) 2",
+    "&(t = 2)",   "&(t = -1)",  "&(t 1)",     "&(t = 1;",     "&(t = 1",     "&(t = 't')",  "&(t = _i)",  "&(t = zz)",
+    "&(t = )",    "&(y = 1)",   "&(y = 2)",   "&(tt = 1)",    "&(_ = 1)",    "&(",          "&(t",        "&(t =",
+    "&(# = -1)",  "&(# = [a])", "&(A = 9)",   "&(A = 20001)", "&(X = 299)",  "&(X = 4584)", "&(m = 3)",   "&(m = -1)",
+    "&(D = 'x')", "&(K = -1)",  "&(L = -1)",  "&(u = -1)",    "&(_r = 'x')", "&(_r = _i)",  "&(_d = zz)", "&(p = 0)",
+    "&(p = 1)",   "&(p = _i",   "&(M = [a])", "&(M = 'ab'",   "&(M = 'ab",   "&(R = ' ')",  "&(R = 'a')", "&(S = '')",
+    "&(Q = 'a')", "&(J = X)",   "&(J > X)",   "&(P = 1)",     "&(l = 1)",    "&l",          "&p\nzz",     "&J",
+    "&P",         "&v 1",       "&C*",        "&C",           "&C 1",        "&r\n\n",      "&s\n\n",     "&4",
+    "&o",         "&_n",        "&y",         "&_y",          "&yy",         "&#\nzz",      "&#\n30 )",   "&#\n30; 1",
+    "&#\n\n",     "&A\n9",      "&X\n299",    "&m\n3",        "&D\nzz",      "&K\nzz",      "&L\nzz",     "&u\nzz",
+    "&d\nzz",     "&_d\nzz",    "&_k\nzz",    "&_r\nzz",      "&_r\n3 )",    "&_m 1",       "&_m(1",      "&_m(1) 2",
 };
 
 static bool reports_an_error(const std::string &text) {
@@ -346,6 +346,10 @@ TEST_F(switches, a_wrong_statement_changes_nothing) {
         EXPECT_TRUE(all_settings() == before) << statement;
         EXPECT_EQ(value_of("1 + 1"), "2") << statement;
     }
+}
+
+TEST_F(exact_switches, a_list_of_names_behind_p_is_for_the_terminal) {
+    EXPECT_NE(run("Func G(n) = &p(x); n.\nG(1)").find(message_text(264)), std::string::npos);
 }
 
 TEST_F(exact_switches, a_wrong_statement_changes_nothing) {
