@@ -1,4 +1,5 @@
 #include "support/fresh_system.h"
+#include "support/reports.h"
 
 #include "language/execution.h"
 #include "language/names.h"
@@ -13,18 +14,6 @@ using expressions = fresh_system;
 struct exact_expressions : fresh_exact_system {};
 using assignments = fresh_system;
 struct exact_assignments : fresh_exact_system {};
-
-/* The number of the message that a statement ends in, by its text; 0 when none does. */
-int error_of(const std::string &text) {
-    int found = 0;
-    std::size_t at = text.find("*** Inappropriate symbol: ");
-    if (at == std::string::npos) return 0;
-    std::size_t line = text.find('\n', at) + 1;
-    std::string message = text.substr(line, text.find('\n', line) - line);
-    for (int n = 1; n <= 377; n++)
-        if (message == message_text(n)) found = n;
-    return found;
-}
 
 /* ---- products and precedence ---- */
 

@@ -1,5 +1,6 @@
 #include "matrix/arrays.h"
 #include "support/fresh_system.h"
+#include "support/reports.h"
 
 using namespace tolvek;
 
@@ -20,9 +21,11 @@ TEST_F(elements, an_array_that_goes_while_its_element_is_an_operand_keeps_the_va
 
 TEST_F(elements, a_sparse_entry_that_goes_while_it_is_an_operand_keeps_its_value) {
     run("Array s[3,3] Sparse; s[1,1] := 4\nFunc G(y) =\ns[1,1] := 0; 5\n.");
-    EXPECT_EQ(value_of("s[1,1]*G(0)"), "20");
-    EXPECT_EQ(value_of("s[1,1]"), "0");
-    EXPECT_EQ(value_of("s[1,1] := s[1,1] + G(0)"), "5");
+    expect_values(*this, {
+                             {"s[1,1]*G(0)", "20"},
+                             {"s[1,1]", "0"},
+                             {"s[1,1] := s[1,1] + G(0)", "5"},
+                         });
 }
 
 TEST_F(elements, the_target_may_turn_sparse_while_its_value_is_computed) {
@@ -32,16 +35,18 @@ TEST_F(elements, the_target_may_turn_sparse_while_its_value_is_computed) {
 
 TEST_F(elements, wrong_coordinates_have_errors_of_their_own) {
     run("Array x[2,2]");
-    EXPECT_NE(run("x[1;").find(message_text(61)), std::string::npos);
-    EXPECT_NE(run("x[1,3]").find(message_text(27)), std::string::npos);
-    EXPECT_NE(run("x[1/2]").find(message_text(118)), std::string::npos);
-    EXPECT_NE(run("Array y[-1]").find(message_text(314)), std::string::npos);
-    EXPECT_NE(run("Array Y[1]").find(message_text(40)), std::string::npos);
-    EXPECT_NE(run("Array y").find(message_text(178)), std::string::npos);
-    EXPECT_NE(run("Sparse[<]").find(message_text(176)), std::string::npos);
-    EXPECT_NE(run("<[1]").find(message_text(175)), std::string::npos);
-    EXPECT_NE(run("Cols x").find(message_text(96)), std::string::npos);
-    EXPECT_NE(run("Cols[x;").find(message_text(97)), std::string::npos);
+    expect_errors(*this, {
+                             {"x[1;", 61},
+                             {"x[1,3]", 27},
+                             {"x[1/2]", 118},
+                             {"Array y[-1]", 314},
+                             {"Array Y[1]", 40},
+                             {"Array y", 178},
+                             {"Sparse[<]", 176},
+                             {"<[1]", 175},
+                             {"Cols x", 96},
+                             {"Cols[x;", 97},
+                         });
 }
 
 } // namespace
