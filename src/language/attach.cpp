@@ -152,9 +152,18 @@ void attach_head(statement_source &from, const char *terminator, bool is_for, na
 
 /* ---- sums ---- */
 
+/* One token, or a text in quotes, of an expression. */
+static void attach_part(statement_source &from, name_list &list, sum_heads &heads) {
+    if (token_is(token, "'")) return attach_literal(from, list);
+    heads.see(list.last());
+    add_and_read_on(from, list);
+    heads.added(list.last());
+}
+
 /* Stores the tokens from an opening bracket to its mate, nested ones included. */
 static void obtain_expression(statement_source &from, name_list &list, const char *open, const char *close, int n) {
     int depth = 0;
+    sum_heads heads;
     do {
         if (token_is(token, ";") || is_end_of_list(token)) {
             error(n, token);
@@ -162,8 +171,7 @@ static void obtain_expression(statement_source &from, name_list &list, const cha
         }
         if (token_equals(token, open)) depth++;
         if (token_equals(token, close)) depth--;
-        list.add(token);
-        scanner(from.input, token, from.cursor);
+        attach_part(from, list, heads);
     } while (depth > 0);
 }
 
@@ -200,14 +208,12 @@ void obtain_sum(stream *input, name **cursor, name_list &list) {
 
 void obtain_part(stream *input, name **cursor, const char *ends, name_list &list) {
     statement_source from{input, cursor};
+    sum_heads heads;
     for (int depth = 0; depth > 0 || !std::strchr(ends, first_char(token));) {
         if (token_is(token, ";") || is_end_of_list(token)) break;
         if (token_is(token, "(") || token_is(token, "[")) depth++;
         if (token_is(token, ")") || token_is(token, "]")) depth--;
-        if (token_is(token, "'"))
-            attach_literal(from, list);
-        else
-            add_and_read_on(from, list);
+        attach_part(from, list, heads);
     }
     list.close();
 }

@@ -4,13 +4,15 @@
 #include "matrix/elements.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
+#include "top/driver.h"
 
 #include <cmath>
+#include <utility>
 
 namespace tolvek {
 
 const quolynode *argument::get() const {
-    if (place) return *place ? *place : quol_num_0;
+    if (by_name) return named.get();
     return own ? own.get() : quol_num_0;
 }
 
@@ -20,8 +22,9 @@ void argument::read_own(builtin_call &call) {
 }
 
 void argument::read(builtin_call &call) {
-    if (token_is(token, "^"))
-        place = get_quoly_ptr(call);
+    by_name = token_is(token, "^");
+    if (by_name)
+        named.read(call);
     else
         read_own(call);
 }
@@ -40,8 +43,8 @@ changed_argument::changed_argument(builtin_call &call) : by_name(token_is(token,
 void changed_argument::give(quoly_handle &fresh, builtin_call &call) {
     if (!by_name)
         fresh.release_to(call.result);
-    else if (value.slot() != &quol_num_0)
-        store_value(value.slot(), fresh.release());
+    else
+        value.where().store(fresh);
 }
 
 void check_for_paren(builtin_call &call) {
@@ -65,23 +68,78 @@ void standard_read(builtin_call &call, argument &a) {
     close_paren(call);
 }
 
-quolynode **get_quoly_ptr(builtin_call &call) {
+/* ---- places by name ---- */
+
+void named_place::read_element(builtin_call &call, token_record &array_name) {
+    const coordinates c = evalcoords(call.input, call.cursor, "]", ",", false);
+    array_record *a = array_seek(array_name);
+    const int64_t index = element_index(a, c);
+    at.slot = array_quoly_ptr(a, index);
+    if (a->sparse_head) {
+        at.array = a;
+        at.index = index;
+    }
+    call.read_on();
+}
+
+void named_place::read(builtin_call &call) {
     if (token_is(token, "^")) call.read_on();
     token_record wanted = token;
     int level;
     if (is_poly_name(wanted.text, &level)) error(125, wanted);
-    variable *v = find_variable(wanted);
     call.read_on();
-    if (token_is(token, "[")) {
-        place at;
-        quoly_handle missing; /* an element of a sparse array: 0, or a copy, which cannot be changed */
-        new_arretrieve(call.input, call.cursor, wanted, at, missing.slot());
-        if (!at.slot || missing) array_error(244, wanted);
-        return at.slot;
+    if (token_is(wanted, "<")) {
+        at.slot = &prevnum;
+    } else if (token_is(token, "[")) {
+        read_element(call, wanted);
+    } else if (variable *v = find_variable(wanted)) {
+        at.slot = &v->value;
+    } else {
+        error(19, wanted);
     }
-    if (v) return &v->value;
-    error(19, wanted);
-    return &quol_num_0;
+}
+
+void named_place::store(quoly_handle &value) const {
+    if (at.array)
+        store_sparse_element(at, value.release());
+    else if (at.slot)
+        store_value(at.slot, value.release());
+}
+
+void named_place::exchange(const named_place &other) const {
+    if (!at.array && !other.at.array) {
+        std::swap(*at.slot, *other.at.slot);
+        return;
+    }
+    quoly_handle mine, its;
+    quoly_assign(get(), mine.slot());
+    quoly_assign(other.get(), its.slot());
+    store(its);
+    other.store(mine);
+}
+
+/* ---- what arguments hold ---- */
+
+polynomial_view::polynomial_view(const quolynode *q) {
+    if (q->is_num) {
+        lone = {0, 1, nullptr, {q->numb}};
+        seen = &lone;
+        return;
+    }
+    seen = q->num;
+    if (!q->den) return;
+    error(186, token);
+    lone = {0, 1, nullptr, {quol_num_0->numb}};
+    seen = &lone;
+}
+
+int variable_argument(const quolynode *q) {
+    int level = 0;
+    if (!is_poly_var(q, &level)) {
+        error(282, token);
+        return 0;
+    }
+    return level;
 }
 
 int64_t integer_argument(const quolynode *q, int n) {

@@ -15,10 +15,10 @@ void builtin_modulus(builtin_call &call);
 void builtin_move(builtin_call &call); /* Move(^x, ^y): y takes the value of x, which becomes 0 */
 void builtin_numvars(builtin_call &call);
 void builtin_product(builtin_call &call); /* Prod<...>[...] */
-void builtin_rename(builtin_call &call);  /* Rname(x, y): the variable or function x is called y from now on */
-void builtin_return(builtin_call &call);  /* Return(e) */
-void builtin_sigma(builtin_call &call);   /* Sigma<...>[...] */
-void builtin_swap(builtin_call &call);    /* Swap(^x, ^y) */
+void builtin_rename(builtin_call &call);  /* Rname(x, y), also of functions and arrays: another name */
+void builtin_return(builtin_call &call); /* Return(e) */
+void builtin_sigma(builtin_call &call);  /* Sigma<...>[...] */
+void builtin_swap(builtin_call &call);   /* Swap(^x, ^y) */
 void builtin_time(builtin_call &call);
 void builtin_tone(builtin_call &call);
 void builtin_true(builtin_call &call);
@@ -96,7 +96,14 @@ void builtin_equal_negative(builtin_call &call);
 void builtin_kill_denominator(builtin_call &call); /* Killden(x) */
 void builtin_numerator(builtin_call &call);
 
-/* ---- polynomials (builtins_poly.cpp) ---- */
+/* ---- values as they lie in memory (builtins_inspect.cpp) ---- */
+
+void builtin_abandon_lists(builtin_call &call); /* ZZ0: the free lists of numbers and values are let go */
+void builtin_show_value(builtin_call &call);    /* ZZ1(^x) writes the value */
+void builtin_show_tree(builtin_call &call);     /* ZZ2(^x) writes its polynomials as trees */
+void builtin_show_levels(builtin_call &call);   /* ZZ3(^x): as ZZ1, whatever the variables are called */
+
+/* ---- polynomials (builtins_poly.cpp, builtins_poly_sizes.cpp) ---- */
 
 void builtin_codegree(builtin_call &call);            /* Codeg p, Codeg(p, v): the least exponent */
 void builtin_coefficient(builtin_call &call);         /* Coef(p, n), Coef(p, v, n) */

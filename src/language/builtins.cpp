@@ -121,10 +121,10 @@ static const builtin_entry entries[] = {
     {"True", builtin_true, 0},
     {"Var", builtin_variable, 0},
     {"Vars", builtin_vars, 0},
-    {"ZZ0", nullptr, 62},
-    {"ZZ1", nullptr, 62},
-    {"ZZ2", nullptr, 62},
-    {"ZZ3", nullptr, 62},
+    {"ZZ0", builtin_abandon_lists, 0},
+    {"ZZ1", builtin_show_value, 0},
+    {"ZZ2", builtin_show_tree, 0},
+    {"ZZ3", builtin_show_levels, 0},
     {"Zcoef", builtin_constant_term, 0},
 };
 
@@ -147,5 +147,6 @@ bool call_builtin(stream *input, quolynode **result, name **cursor) {
 }
 
 const char *builtin_entry_name(int code) { return entries[code].name; }
+int builtin_refusal(int code) { return entries[code].closed; }
 
 } // namespace tolvek

@@ -13,5 +13,7 @@ bool call_builtin(stream *input, quolynode **result, name **cursor);
 
 /* The name that a code's routine goes by: the same as in the table of names. */
 const char *builtin_entry_name(int code);
+/* The error of a code whose layer is closed; 0: it is open. */
+int builtin_refusal(int code);
 
 } // namespace tolvek

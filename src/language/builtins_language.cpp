@@ -3,6 +3,7 @@
 #include "language/execution.h"
 #include "language/functions.h"
 #include "language/run.h"
+#include "matrix/arrays.h"
 #include "top/driver.h"
 
 namespace tolvek {
@@ -55,34 +56,33 @@ void builtin_return(builtin_call &call) {
 
 /* ---- storage ---- */
 
-/* Two slots, read by name: (^x, ^y). */
-struct two_slots {
-    quolynode **first, **second;
-    explicit two_slots(builtin_call &call) {
+/* Two places: (^x, ^y). */
+struct two_places {
+    named_place first, second;
+    explicit two_places(builtin_call &call) {
         check_for_paren(call);
         call.read_on();
-        first = get_quoly_ptr(call);
+        first.read(call);
         require_comma(call);
-        second = get_quoly_ptr(call);
+        second.read(call);
         close_paren(call);
     }
+    bool found() const { return first.found() && second.found(); }
 };
 
 void builtin_move(builtin_call &call) {
-    two_slots slots(call);
-    if (slots.first == slots.second) return;
+    two_places of(call);
     quoly_handle value, nothing;
-    quoly_assign(*slots.first, value.slot());
+    if (!of.found()) return;
+    quoly_assign(of.first.get(), value.slot());
     quoly_set(0, nothing.slot());
-    store_value(slots.second, value.release());
-    store_value(slots.first, nothing.release());
+    of.first.store(nothing);
+    of.second.store(value);
 }
 
 void builtin_swap(builtin_call &call) {
-    two_slots slots(call);
-    quolynode *first = *slots.first;
-    *slots.first = *slots.second;
-    *slots.second = first;
+    two_places of(call);
+    if (of.found()) of.first.exchange(of.second);
 }
 
 static token_record read_name(builtin_call &call) {
@@ -105,9 +105,29 @@ static void rename_variable(token_record &from, token_record &to) {
     link_variable(v);
 }
 
+/* [x] */
+static token_record read_array_name(builtin_call &call) {
+    if (!token_is(token, "[")) error(178, token);
+    call.read_on();
+    token_record t = token;
+    if (!is_lower_letter(first_char(t))) error(124, t);
+    call.read_on();
+    require("]", 24, call.input, call.cursor);
+    return t;
+}
+
+static void rename_arrays(builtin_call &call) {
+    token_record from = read_array_name(call);
+    require_comma(call);
+    token_record to = read_array_name(call);
+    close_paren(call);
+    if (!rename_array(from, to)) error(28, from);
+}
+
 void builtin_rename(builtin_call &call) {
     check_for_paren(call);
     call.read_on();
+    if (token_is(token, "[")) return rename_arrays(call);
     token_record from = read_name(call);
     require_comma(call);
     token_record to = read_name(call);

@@ -3,6 +3,7 @@
 #include "numbers/binomials.h"
 #include "numbers/handles.h"
 #include "numbers/int_power.h"
+#include "numbers/modular.h"
 #include "numbers/primes.h"
 #include "numbers/random.h"
 #include "top/start_tables.h"
@@ -118,7 +119,24 @@ static void give_random(builtin_call &call, int seed_flag) {
 void builtin_random(builtin_call &call) { give_random(call, 0); }
 void builtin_random_real(builtin_call &call) { give_random(call, 1); }
 
-/* Sqrt of a factor: the integer square root, of a fraction that of its greatest integer; a float's is a float. */
+/* x := the floor of its square root. int_sqrt rounds what is one digit long to the nearest integer. */
+static void integer_root(number *x) {
+    const int64_t before = x->num_len == 1 ? x->num_head->digit : -1;
+    int_sqrt(x, x, 1);
+    const int64_t root = x->num_head->digit;
+    if (before >= 0 && root * root > before) x->num_head->digit--;
+}
+
+/* In a prime field: a root of a residue, 0 where there is none. */
+static void modular_root(number *x) {
+    if (mod_is_prime())
+        x->lint_val = modular_sqrt(x->lint_val);
+    else
+        error(293, token);
+}
+
+/* Sqrt of a factor: the floor of the root of an integer, of a fraction that of its greatest integer; a float's root is a
+   float. */
 void builtin_square_root(builtin_call &call) {
     call.read_on();
     old_fact(call.input, call.result, call.cursor);
@@ -131,10 +149,12 @@ void builtin_square_root(builtin_call &call) {
     number *x = (*call.result)->numb;
     if (flotemode) {
         x->flote_val = std::sqrt(x->flote_val);
+    } else if (modularmode) {
+        modular_root(x);
     } else if (lintmode || num_sign(x) < 0) {
         error(62, token);
     } else if (num_sign(x) > 0) {
-        int_sqrt(x, x, 1);
+        integer_root(x);
     }
 }
 

@@ -1,11 +1,11 @@
-/* Built-in functions of polynomials: coefficients, leading terms, degrees and sizes. docs/manual/polynomial_functions.md
-   tells each form. Coefficients are those of a value without denominator: with one it is error 186. */
+/* Built-in functions of polynomials: coefficients, leading terms, shifted and changed polynomials.
+   docs/manual/polynomial_functions.md tells each form. Coefficients are those of a value without denominator: with one it
+   is error 186. */
 #include "language/builtin_routines.h"
 #include "language/names.h"
 #include "numbers/int_gcd.h"
 #include "poly/add.h"
 #include "poly/coefficients.h"
-#include "poly/measures.h"
 #include "quoly/calculus.h"
 
 #include <algorithm>
@@ -13,38 +13,6 @@
 namespace tolvek {
 
 /* ---- arguments ---- */
-
-/* The numerator of a value, which must have no denominator (error 186, and 0). A plain number is a constant. */
-class polynomial_view {
-  public:
-    explicit polynomial_view(const quolynode *q) {
-        if (q->is_num) {
-            lone = {0, 1, nullptr, {q->numb}};
-            seen = &lone;
-            return;
-        }
-        seen = q->num;
-        if (!q->den) return;
-        error(186, token);
-        lone = {0, 1, nullptr, {quol_num_0->numb}};
-        seen = &lone;
-    }
-    const polynode *get() const { return seen; }
-
-  private:
-    polynode lone;
-    const polynode *seen;
-};
-
-/* The level of a value that is just a variable; error 282, and 0, for anything else. */
-static int variable_argument(const quolynode *q) {
-    int level = 0;
-    if (!is_poly_var(q, &level)) {
-        error(282, token);
-        return 0;
-    }
-    return level;
-}
 
 /* An exponent: a number (227) of 32 bits (32). */
 static int32_t exponent_argument(const quolynode *q) {
@@ -302,14 +270,15 @@ void builtin_split(builtin_call &call) {
         error(366, token);
         return;
     }
-    quolynode **target = get_quoly_ptr(call);
+    named_place target;
+    target.read(call);
     close_paren(call);
     if (p.get()->is_num || p.get()->den) {
         error(365, token);
         return;
     }
     const int64_t at = integer_argument(n.get(), 366);
-    if (at > INT32_MAX || at < -INT32_MAX || target == &quol_num_0) {
+    if (at > INT32_MAX || at < -INT32_MAX || !target.found()) {
         error(366, token);
         return;
     }
@@ -321,89 +290,10 @@ void builtin_split(builtin_call &call) {
     shifted_value(upper.get(), -at, shifted);
     if (!shifted) return;
     p.give(lower, call);
-    store_value(target, shifted.release());
+    target.store(shifted);
 }
 
-/* ---- degrees and sizes ---- */
-
-/* The greatest, or with `low` the least exponent of the level in the numerator; 0 for a number. */
-static int32_t generalized_degree(const quolynode *q, int level, bool low) {
-    if (q->is_num || level == 0) return 0;
-    if (low) return codegree(q->num, level);
-    int32_t d = -INT32_MAX;
-    max_degree(q->num, level, &d);
-    return d;
-}
-
-/* A factor, or in parentheses a value and, if wanted, a variable. */
-static void give_degree(builtin_call &call, bool low) {
-    call.read_on();
-    if (!token_is(token, "(")) {
-        if (token_is(token, "[")) {
-            if (!low) return give_cells_of_array(call);
-            error(276, token);
-            return;
-        }
-        old_fact(call.input, call.result, call.cursor);
-        call.give(generalized_degree(*call.result, 1, low));
-        return;
-    }
-    call.read_on();
-    argument p, v;
-    p.read(call);
-    int level = 1;
-    if (token_is(token, ",")) {
-        call.read_on();
-        v.read(call);
-        level = variable_argument(v.get());
-    }
-    close_paren(call);
-    call.give(generalized_degree(p.get(), level, low));
-}
-
-void builtin_degree(builtin_call &call) { give_degree(call, false); }
-void builtin_codegree(builtin_call &call) { give_degree(call, true); }
-
-/* Which levels occur in numerator and denominator. */
-struct levels_used {
-    char used[most_variables + 2] = {};
-    int first = 0, deepest = 0, count = 0;
-
-    explicit levels_used(const quolynode *q) {
-        if (q->is_num) return;
-        poly_vars(q->num, 1, used);
-        if (q->den) poly_vars(q->den, 1, used);
-        for (int level = 1; level <= most_variables; level++) {
-            if (!used[level]) continue;
-            if (count++ == 0) first = level;
-            deepest = level;
-        }
-    }
-};
-
-static void give_integer_of(builtin_call &call, int64_t (*part)(const quolynode *)) {
-    argument value;
-    standard_read(call, value);
-    quoly_set_int64(part(value.get()), call.result);
-}
-
-void builtin_level(builtin_call &call) {
-    give_integer_of(call, [](const quolynode *q) -> int64_t { return levels_used(q).first; });
-}
-void builtin_height(builtin_call &call) {
-    give_integer_of(call, [](const quolynode *q) -> int64_t {
-        levels_used l(q);
-        return l.count ? l.deepest - l.first + 1 : 0;
-    });
-}
-void builtin_vars(builtin_call &call) {
-    give_integer_of(call, [](const quolynode *q) -> int64_t { return levels_used(q).count; });
-}
-void builtin_terms(builtin_call &call) { give_integer_of(call, numterms); }
-void builtin_term_count(builtin_call &call) { give_integer_of(call, f_numterms); }
-void builtin_logdig(builtin_call &call) {
-    give_integer_of(call, [](const quolynode *q) -> int64_t { return quoly_max_digits(q); });
-}
+/* ---- order and variables ---- */
 
 /* Monless(a, b): is the leading product of powers of a below that of b? */
 void builtin_monomial_less(builtin_call &call) {

@@ -30,11 +30,6 @@ bool divides(const polynode *a, const polynode *b, poly_handle &q) {
     return !failed;
 }
 
-/* An error about the name that returns leaves no slot to store in. */
-void store_quotient(quolynode **place, quoly_handle &quotient) {
-    if (place != &quol_num_0) store_value(place, quotient.release());
-}
-
 /* The operands of a division, read up to what stands behind the second one. */
 struct operands {
     argument a, b;
@@ -89,11 +84,12 @@ void builtin_sdivide(builtin_call &call) {
     operands of;
     of.read(call);
     require_comma(call);
-    quolynode **place = get_quoly_ptr(call);
+    named_place where;
+    where.read(call);
     close_paren(call);
     quoly_handle quotient;
     const bool exact = of.trial_divide(quotient);
-    if (exact) store_quotient(place, quotient);
+    if (exact) where.store(quotient);
     call.give(exact);
 }
 
@@ -101,12 +97,13 @@ void builtin_remquot(builtin_call &call) {
     operands of;
     of.read(call);
     require_comma(call);
-    quolynode **place = get_quoly_ptr(call);
+    named_place where;
+    where.read(call);
     close_paren(call);
     quoly_handle quotient;
     quoly_mod_or_div(of.a.get(), of.b.get(), quotient.slot(), '\\');
     quoly_mod_or_div(of.a.get(), of.b.get(), call.result, '|');
-    store_quotient(place, quotient);
+    where.store(quotient);
 }
 
 /* A plain number as a chain; in the modular ring it has been read as an integer of 32 bits. */

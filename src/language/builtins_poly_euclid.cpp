@@ -134,12 +134,13 @@ void builtin_egcd(builtin_call &call) {
     const bool done = egcd_values(a.get(), b.get(), answer);
     if (token_is(token, ",")) {
         call.read_on();
-        quolynode **s = get_quoly_ptr(call);
+        named_place s, t;
+        s.read(call);
         require_comma(call);
-        quolynode **t = get_quoly_ptr(call);
+        t.read(call);
         if (done) {
-            store_value(s, answer.s.release());
-            store_value(t, answer.t.release());
+            s.store(answer.s);
+            t.store(answer.t);
         }
     }
     close_paren(call);

@@ -4,6 +4,7 @@
 #include "language/char_sets.h"
 #include "language/names.h"
 #include "language/short_path.h"
+#include "matrix/arrays.h"
 #include "numbers/number.h"
 #include "top/interrupts.h"
 
@@ -25,11 +26,11 @@ void move_value(place &at, quolynode **result) {
     if (!*result && at.slot && *at.slot && at.slot != result) {
         quoly_handle one;
         quoly_set(1, one.slot());
-        if (levelcount == 1) {
+        if (!values_are_held()) {
             *result = *at.slot;
             *at.slot = one.release();
             drop_original(*result);
-        } else { /* the value may be an operand of the interrupted computation */
+        } else { /* the value may be an operand of what is under way */
             quoly_assign(*at.slot, result);
             store_value(at.slot, one.release());
         }

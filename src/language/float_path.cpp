@@ -8,6 +8,7 @@
 #include "language/functions.h"
 #include "language/run.h"
 #include "language/short_path.h"
+#include "matrix/elements.h"
 #include "numbers/handles.h"
 #include "numbers/int_divide.h"
 #include "numbers/int_power.h"
@@ -21,10 +22,10 @@
 
 namespace tolvek {
 
-/* A factor: its value, and its slot when it can be assigned to. */
+/* A factor: its value, and its place when it can be assigned to. */
 struct flote_factor {
     long double value = 0;
-    quolynode **slot = nullptr;
+    place at;
 };
 
 static void ifact(stream *input, flote_factor &f, name **cursor);
@@ -47,29 +48,59 @@ static void missing_name(token_record &variable_name, flote_factor &f) {
     }
     quoly_handle value;
     quoly_set(0, value.slot());
-    f.slot = &insert_var(variable_name, value)->value;
+    f.at.slot = &insert_var(variable_name, value)->value;
+}
+
+static int64_t flote_coordinate(stream *input, name **cursor) {
+    constexpr long double greatest = 9.0e18L;
+    scanner(input, token, cursor);
+    const long double c = old_iexpre(input, cursor);
+    if (!(std::fabs(c) < greatest)) array_error(27, token);
+    return std::llround(c);
+}
+
+/* The coordinates in brackets, with "[" as the token. */
+static coordinates ievalcoords(stream *input, name **cursor) {
+    coordinates c;
+    c.a = flote_coordinate(input, cursor);
+    if (token_is(token, ",")) {
+        c.b = flote_coordinate(input, cursor);
+        c.two = true;
+    }
+    if (!token_is(token, "]")) array_error(61, token);
+    return c;
+}
+
+/* x[i] or x[i,j]. An element without a value becomes 0; one that a sparse array lacks is 0. */
+static void element_flote(stream *input, flote_factor &f, name **cursor, token_record &array_name, reference *bound) {
+    const coordinates c = ievalcoords(input, cursor);
+    array_record *a = bound ? bound_array(bound) : nullptr;
+    if (!a) a = array_seek(array_name);
+    const int64_t index = element_index(a, c);
+    scanner(input, token, cursor);
+    f.at.slot = array_quoly_ptr(a, index);
+    if (a->sparse_head) {
+        f.at.array = a;
+        f.at.index = index;
+    } else if (!*f.at.slot) {
+        quoly_set(0, f.at.slot);
+    }
+    f.value = f.at.slot ? flote_of(f.at.slot) : 0;
 }
 
 static void named_flote(stream *input, flote_factor &f, name **cursor) {
-    if (*cursor && (*cursor)->bound) {
-        f.slot = bound_slot((*cursor)->bound);
-        if (f.slot) {
-            scanner(input, token, cursor);
-            f.value = flote_of(f.slot);
-            return;
-        }
-    }
+    reference *bound = *cursor ? (*cursor)->bound : nullptr;
     token_record variable_name = token;
-    variable *v = find_variable(variable_name);
+    f.at.slot = bound ? bound_slot(bound) : nullptr;
+    if (!f.at.slot)
+        if (variable *v = find_variable(variable_name)) f.at.slot = &v->value;
     scanner(input, token, cursor);
-    if (token_is(token, "[")) {
-        error(28, variable_name); /* no array exists */
-    } else if (v) {
-        f.slot = &v->value;
-        f.value = flote_of(f.slot);
-    } else {
+    if (token_is(token, "["))
+        element_flote(input, f, cursor, variable_name, bound);
+    else if (f.at.slot)
+        f.value = flote_of(f.at.slot);
+    else
         missing_name(variable_name, f);
-    }
 }
 
 /* A literal: short ones are read without a buffer. */
@@ -194,11 +225,11 @@ static void ifact(stream *input, flote_factor &f, name **cursor) {
     read_flote(input, f, cursor);
     if (token_is(token, "^")) {
         f.value = power(input, f.value, cursor);
-        f.slot = nullptr;
+        f.at = {};
     } else if (token_is(token, "!")) {
         scanner(input, token, cursor);
         f.value = flote_factorial(f.value);
-        f.slot = nullptr;
+        f.at = {};
     }
 }
 
@@ -233,7 +264,7 @@ static void iterm(stream *input, flote_factor &f, name **cursor) {
         flote_factor right;
         ifact(input, right, cursor);
         f.value = apply(op, f.value, right.value);
-        f.slot = nullptr;
+        f.at = {};
     }
 }
 
@@ -259,16 +290,19 @@ long double old_iexpre(stream *input, name **cursor) {
     return rest_of_sum(input, f.value, cursor);
 }
 
-/* In place at level 1; at a level the old value may be an operand of the interrupted computation. */
-static void store_flote(quolynode **slot, long double value) {
-    if (*slot && (*slot)->is_num && levelcount == 1) {
-        (*slot)->numb->flote_val = value;
-        (*slot)->array_mark = 0;
+/* In place, unless something may hold the old value. */
+static void store_flote(const place &at, long double value) {
+    if (!at.array && *at.slot && (*at.slot)->is_num && !values_are_held()) {
+        (*at.slot)->numb->flote_val = value;
+        (*at.slot)->array_mark = 0;
         return;
     }
     quoly_handle fresh;
     quoly_set_flote(value, fresh.slot());
-    store_value(slot, fresh.release());
+    if (at.array)
+        store_sparse_element(at, fresh.release());
+    else
+        store_value(at.slot, fresh.release());
 }
 
 static bool begins_step() {
@@ -276,28 +310,34 @@ static bool begins_step() {
     return is_letter(c) || is_digit(c) || c == '(';
 }
 
-/* Behind ":", with the slot of the target. */
-static void iassignment(stream *input, quolynode **slot, name **cursor) {
+/* The value at a place is read anew: something else has been evaluated. */
+static long double flote_at(const place &at) {
+    quolynode **slot = at.array ? array_quoly_ptr(at.array, at.index) : at.slot;
+    return slot ? flote_of(slot) : 0;
+}
+
+/* Behind ":", with the place of the target. */
+static void iassignment(stream *input, const place &at, name **cursor) {
     scanner(input, token, cursor);
     int op = first_char(token);
     if (!std::strchr("=+-*", op) || !op || token.text[1]) {
         error(317, token);
         return;
     }
-    if (!slot) {
+    if (!at.slot && !at.array) {
         error(316, token);
         return;
     }
     scanner(input, token, cursor);
     if (op == '=') {
-        store_flote(slot, old_iexpre(input, cursor));
+        store_flote(at, old_iexpre(input, cursor));
         return;
     }
     flote_factor step;
     step.value = 1;
     if (begins_step()) ifact(input, step, cursor);
-    long double old = flote_of(slot);
-    store_flote(slot, op == '*' ? old * step.value : op == '+' ? old + step.value : old - step.value);
+    const long double old = flote_at(at);
+    store_flote(at, op == '*' ? old * step.value : op == '+' ? old + step.value : old - step.value);
 }
 
 long double iexpre(stream *input, name **cursor) {
@@ -305,7 +345,7 @@ long double iexpre(stream *input, name **cursor) {
     iterm(input, f, cursor);
     long double value = rest_of_sum(input, f.value, cursor);
     if (!token_is(token, ":")) return value;
-    iassignment(input, f.slot, cursor);
+    iassignment(input, f.at, cursor);
     return 0;
 }
 

@@ -3,15 +3,12 @@
 #include "language/builtins.h"
 #include "language/compile.h"
 #include "language/execution.h"
-#include "language/expressions.h"
+#include "language/parameters.h"
 #include "language/run.h"
-#include "numbers/free_lists.h"
-#include "poly/variables.h"
+#include "language/scanner.h"
 #include "top/driver.h"
 #include "top/guards.h"
 #include "top/stack_limit.h"
-
-#include <cstring>
 
 namespace tolvek {
 
@@ -92,121 +89,14 @@ void forget_functions() {
     release_retired_forms();
 }
 
-/* ---- a call being set up: its parameters are on no table yet ---- */
+/* ---- the call ---- */
 
-class pending_call {
-  public:
-    ~pending_call() {
-        while (variable *v = first) {
-            first = v->next_of_call;
-            free_quoly(&v->value);
-            push_variable(v);
-        }
-    }
-    variable *add(const parameter *p) {
-        variable *v = newvariable();
-        v->tok = p->tok;
-        v->value = nullptr;
-        v->next_of_call = nullptr;
-        v->by_reference = p->by_reference;
-        *place = v;
-        place = &v->next_of_call;
-        return v;
-    }
-    /* Now the parameters shadow the caller's names. */
-    variable *link() {
-        for (variable *v = first; v; v = v->next_of_call) link_variable(v);
-        variable *list = first;
-        first = nullptr;
-        return list;
-    }
-
-  private:
-    variable *first = nullptr, **place = &first;
-};
-
-/* ---- arguments ---- */
-
-/* Entered with the first token of the argument, or the ")" that stands in its place. */
-static void read_reference(stream *input, variable *v, name **cursor) {
-    if (token_is(token, ")")) error(206, v->tok);
-    if (token_is(token, "^")) scanner(input, token, cursor);
-    int level;
-    if (!is_lower_letter(first_char(token)) || is_poly_name(token.text, &level)) error(207, token);
-    v->home = token;
-    scanner(input, token, cursor);
-    if (token_is(token, "[")) error(28, v->home); /* no array exists */
-    quolynode **slot;
-    spec_retrieve(v->home, &v->value, &slot);
-}
-
-static void read_value(stream *input, variable *v, name **cursor) {
-    if (token_is(token, ")")) {
-        quoly_set(0, &v->value);
-        return;
-    }
-    if (token_is(token, "[")) {
-        scanner(input, token, cursor);
-        error(token_is(token, "<") ? 176 : 28, token); /* no array exists */
-    }
-    old_expre(input, &v->value, cursor);
-}
-
-/* Behind an argument: "," goes on to the next parameter, ")" leaves the others 0. */
-static void read_arguments(stream *input, const function *f, pending_call &call, name **cursor) {
-    for (const parameter *p = f->params; p; p = p->next) {
-        int level;
-        if (is_poly_name(p->tok.text, &level)) error(125, p->tok);
-        variable *v = call.add(p);
-        if (!token_is(token, ")")) scanner(input, token, cursor);
-        kept_value<int> earlier(values_held, values_held + (p != f->params));
-        (p->by_reference ? read_reference : read_value)(input, v, cursor);
-        if (!token_is(token, ",") && !token_is(token, ")")) error(14, token);
-    }
-    if (!token_is(token, ")")) error(15, token);
-}
-
-/* The head of a call. `behind` is the token behind it: what follows a name without an argument list is kept. */
-static void read_call(stream *input, const function *f, pending_call &call, token_record &behind, name **cursor) {
-    scanner(input, behind, cursor);
-    if (!f->params) return;
-    bool has_list = token_is(behind, "(");
-    token = behind;
-    if (!has_list) set_token(token, ")");
-    read_arguments(input, f, call, cursor);
-    if (has_list) scanner(input, behind, cursor);
-}
-
-/* ---- the end of a call ---- */
-
-/* The values of by-reference parameters go back by name, once all parameters are off the tables. */
-static void give_back(variable *v) {
-    variable *home = v->by_reference ? find_variable(v->home) : nullptr;
-    if (!home) return;
-    store_value(&home->value, v->value);
-    v->value = nullptr;
-}
-
-static void remove_args(call_frame &frame) {
-    for (variable *v = frame.bound; v; v = v->next_of_call) unlink_variable(v);
-    for (variable *v = frame.bound; v; v = v->next_of_call) give_back(v);
-    while (variable *v = frame.bound) {
-        frame.bound = v->next_of_call;
-        free_quoly(&v->value);
-        push_variable(v);
-    }
-}
-
-/* Values may be operands of what is being unwound: the records wait. */
 void end_all_calls() {
     while (statcount > 0) {
-        call_frame &frame = running_frame(statcount - 1);
-        for (variable *v = frame.bound; v; v = v->next_of_call) retire_variable(v);
+        abandon_args(running_frame(statcount - 1));
         leave_function();
     }
 }
-
-/* ---- the call ---- */
 
 void evaluate(stream *input, quolynode **result, name **cursor) {
     check_stack();

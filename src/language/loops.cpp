@@ -1,11 +1,15 @@
 /* Loops over stored statements. */
+#include "language/builtin_args.h"
 #include "language/execution.h"
 #include "language/expressions.h"
 #include "language/float_path.h"
 #include "language/functions.h"
 #include "language/run.h"
+#include "matrix/array_names.h"
+#include "matrix/sparse.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
+#include "top/driver.h"
 #include "top/interrupts.h"
 
 #include <cmath>
@@ -35,19 +39,27 @@ static void set_loop_variable(token_record &t, int64_t value) {
     insert_var(t, fresh);
 }
 
-void start_loop(const loop_range &r) {
-    token_record t = r.variable;
-    set_loop_variable(t, r.lower);
-}
+void start_loop(integer_range &r) { set_loop_variable(r.variable, r.lower); }
 
-bool step_loop(loop_range &r) {
-    r.lower += r.step;
+/* The variable takes the value of `lower`. */
+static bool take_value(integer_range &r) {
     if (r.lower >= loop_value_bound || r.lower <= -loop_value_bound) {
         error(47, r.variable);
         return false;
     }
-    set_loop_variable(r.variable, r.lower);
+    start_loop(r);
     return runs(r);
+}
+
+bool step_loop(integer_range &r) {
+    r.lower += r.step;
+    return take_value(r);
+}
+
+bool step_loop(loop_range &r) {
+    if (!r.by_rows) return step_loop(static_cast<integer_range &>(r));
+    r.lower = r.next_row < r.rows.size() ? r.rows[r.next_row++] : r.upper + 1;
+    return take_value(r);
 }
 
 /* ---- the head ---- */
@@ -81,6 +93,48 @@ static void read_equals(stream *input, name **cursor) {
     scanner(input, token, cursor);
 }
 
+/* Marks the rows that have an entry in the column. */
+static void mark_rows(array_record *a, int32_t column, buffer<bool> &marks) {
+    row_walk walk(a->sparse_head);
+    for (int32_t r = 0; r < a->rows; r++) {
+        if (r % 65536 == 0) safe_point();
+        if (get_sparse(column, walk)) marks[static_cast<std::size_t>(r)] = true;
+    }
+}
+
+/* A column as the user counts it; the result counts from 1. */
+static int32_t read_column(stream *input, const array_record *a, name **cursor) {
+    quoly_handle value;
+    old_expre(input, value.slot(), cursor);
+    if (!value->is_num) array_error(118, token);
+    const int64_t column = integer_argument(value.get(), 27) - addresser;
+    if (column < 0 || column >= a->cols()) array_error(27, token);
+    return static_cast<int32_t>(column + 1);
+}
+
+/* [s] c1, c2, ... : v runs over the rows with an entry in these columns. */
+static void read_rows(stream *input, name **cursor, loop_range &range) {
+    array_region region;
+    left_side(input, cursor, region, false);
+    array_record *a = existing(region);
+    if (!a->sparse_head) array_error(335, region.tok);
+    modular_pause pause;
+    buffer<bool> marks;
+    marks.resize(static_cast<std::size_t>(a->rows));
+    for (bool &mark : marks) mark = false;
+    mark_rows(a, read_column(input, a, cursor), marks);
+    while (token_is(token, ",")) {
+        scanner(input, token, cursor);
+        mark_rows(a, read_column(input, a, cursor), marks);
+    }
+    for (int32_t r = 0; r < a->rows; r++)
+        if (marks[static_cast<std::size_t>(r)]) range.rows.push(r + static_cast<int32_t>(addresser));
+    range.by_rows = true;
+    range.step = 1;
+    range.upper = range.rows.empty() ? addresser - 2 : range.rows[range.rows.size() - 1];
+    range.lower = range.rows.empty() ? addresser - 1 : range.rows[range.next_row++];
+}
+
 void set_up_for_loop(stream *input, name **cursor, loop_range &range, int over_array) {
     range.variable = token;
     int level;
@@ -88,7 +142,11 @@ void set_up_for_loop(stream *input, name **cursor, loop_range &range, int over_a
     if (is_poly_name(token.text, &level)) error(125, token);
     scanner(input, token, cursor);
     read_equals(input, cursor);
-    if (token_is(token, "[")) error(over_array, token);
+    if (token_is(token, "[")) {
+        if (over_array) error(over_array, token);
+        read_rows(input, cursor, range);
+        return start_loop(range);
+    }
     modular_pause pause;
     range.lower = obtain_int(input, cursor, 50);
     if (!is_to(token)) error(49, token);

@@ -77,8 +77,6 @@ variable *insert_var(token_record &t, quoly_handle &value) {
     }
     v = newvariable();
     v->tok = t;
-    v->next_of_call = nullptr;
-    v->by_reference = false;
     check_stored(value.get());
     v->value = value.release();
     link_variable(v);

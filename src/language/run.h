@@ -2,6 +2,7 @@
 #pragma once
 
 #include "language/stored.h"
+#include "top/heap.h"
 #include "top/tolvek.h"
 
 namespace tolvek {
@@ -25,19 +26,27 @@ bool begins_control_word(const token_record &t); /* if, while or for */
 /* ---- loops (loops.cpp) ---- */
 
 /* The head of a loop over integers. */
-struct loop_range {
+struct integer_range {
     token_record variable;
     int64_t lower, upper, step;
 };
 
+/* The same, or that of a loop over the rows of a sparse array which have an entry in given columns. */
+struct loop_range : integer_range {
+    bool by_rows = false;
+    buffer<int32_t> rows; /* ascending, as the user counts them */
+    std::size_t next_row = 0;
+};
+
 /* Reads the head of a `for` or of a sum, with its variable as the token, and sets the variable to the lower bound. Errors
-   49, 50, 51, 52, 53, 77, and over_array for a loop over an array. */
-void set_up_for_loop(stream *input, name **cursor, loop_range &range, int over_array = 335);
+   27, 28, 49, 50, 51, 52, 53, 77, 118, 335; over_array, unless it is 0, for a loop over the rows of an array. */
+void set_up_for_loop(stream *input, name **cursor, loop_range &range, int over_array = 0);
 /* Writes the lower bound into the variable once more, in the ring in force. */
-void start_loop(const loop_range &range);
+void start_loop(integer_range &range);
 /* The next value into the variable; it is created anew where it has gone. Error 47. False: the loop has ended. */
+bool step_loop(integer_range &range);
 bool step_loop(loop_range &range);
-inline bool runs(const loop_range &r) { return r.step < 0 ? r.lower >= r.upper : r.lower <= r.upper; }
+inline bool runs(const integer_range &r) { return r.step < 0 ? r.lower >= r.upper : r.lower <= r.upper; }
 
 void run_for(stream *input, const cond *c, quolynode **result);
 void run_while(stream *input, const cond *c, quolynode **result);

@@ -3,10 +3,13 @@
 #include "language/compile.h"
 #include "language/names.h"
 #include "language/scanner.h"
+#include "matrix/elements.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
 #include "quoly/quoly.h"
 #include "top/driver.h"
+
+#include <cmath>
 
 namespace tolvek {
 
@@ -28,6 +31,10 @@ struct ring_of_wholes {
     static bool negate(value &a) { return !__builtin_sub_overflow(value{0}, a, &a); }
     static bool is_step(value v) { return v < digit_radix && v > -digit_radix; }
     static void write(value v, number *x) { set_int64(v, x); }
+    static bool coordinate(value v, int64_t &c) {
+        c = v;
+        return true;
+    }
 };
 
 struct ring_of_flotes {
@@ -60,6 +67,12 @@ struct ring_of_flotes {
     }
     static bool is_step(value) { return true; }
     static void write(value v, number *x) { x->flote_val = v; }
+    static bool coordinate(value v, int64_t &c) {
+        constexpr long double greatest = 9.0e18L;
+        if (!(std::fabs(v) < greatest)) return false;
+        c = std::llround(v);
+        return true;
+    }
 };
 
 /* ---- reading ---- */
@@ -74,6 +87,15 @@ static quolynode **slot_of(name *n) {
     if (polynames && is_poly_name(n->tok.text, &level)) return nullptr;
     variable *v = find_variable(n->tok);
     return v ? &v->value : nullptr;
+}
+
+/* The array that a token names; null: none, or a variable of polynomials. */
+static array_record *array_of(name *n) {
+    if (n->bound)
+        if (array_record *a = bound_array(n->bound)) return a;
+    int level;
+    if (polynames && is_poly_name(n->tok.text, &level)) return nullptr;
+    return find_array(n->tok);
 }
 
 /* Reads along a stored list. Each routine takes what it reads and answers whether it could. */
@@ -91,9 +113,43 @@ template <class ring> struct short_reader {
         return false;
     }
 
+    /* The whole number in brackets, from 0. */
+    bool coordinate(int64_t &c) {
+        value v;
+        if (!sum(v) || !ring::coordinate(v, c)) return false;
+        c -= addresser;
+        return true;
+    }
+
+    /* x[i] or x[i,j]: its array and the index from 0. */
+    bool element(array_record *&a, int64_t &index) {
+        a = array_of(at);
+        if (!a) return false;
+        at = at->next->next;
+        if (!coordinate(index)) return false;
+        if (is_char(at, ',')) {
+            int64_t column;
+            at = at->next;
+            if (!coordinate(column) || index < 0 || index >= a->rows || column < 0 || column >= a->cols()) return false;
+            index += column * a->rows;
+        }
+        if (!is_char(at, ']')) return give_up();
+        at = at->next;
+        return index >= 0 && index < a->size;
+    }
+
+    bool element_value(value &v) {
+        array_record *a;
+        int64_t index;
+        if (!element(a, index)) return false;
+        quolynode *const *slot = array_quoly_ptr(a, index);
+        if (!slot) v = 0; /* a sparse array has no entry there */
+        return !slot || (*slot && (*slot)->is_num && ring::read((*slot)->numb, v));
+    }
+
     bool scalar(value &v) {
+        if (is_char(at->next, '[')) return element_value(v);
         quolynode **slot = slot_of(at);
-        if (is_char(at->next, '[')) return give_up();
         if (!slot || !*slot || !(*slot)->is_num || (*slot)->array_mark || !ring::read((*slot)->numb, v)) return false;
         at = at->next;
         return true;
@@ -284,9 +340,9 @@ template <class ring> static void set_number(quolynode **q, typename ring::value
     ring::write(v, (*q)->numb);
 }
 
-/* At a level above 1 the old value may be an operand of the interrupted computation: a new one takes its place. */
+/* Where something may hold the old value, a new one takes its place. */
 template <class ring> static void store_short(quolynode **slot, typename ring::value v) {
-    if (levelcount == 1 && (*slot)->is_num && !(*slot)->original) {
+    if (!values_are_held() && *slot && (*slot)->is_num && !(*slot)->original) {
         set_number<ring>(slot, v);
         return;
     }
@@ -316,12 +372,12 @@ static bool read_new_value(short_reader<ring> &reader, const quolynode *old, typ
     return op == '+' ? ring::add(v, step) : op == '-' ? ring::subtract(v, step) : ring::multiply(v, step);
 }
 
-template <class ring> static bool run_assignment(name *tokens, quolynode **result) {
-    short_reader<ring> reader{tokens->next->next};
+/* Behind the ":" that stands behind a target. */
+template <class ring>
+static bool assign(short_reader<ring> &reader, name *tokens, quolynode **slot, quolynode **result) {
     typename ring::value v;
-    quolynode **slot = slot_of(tokens);
-    if (!slot || !*slot || ((*slot)->is_num && (*slot)->array_mark)) return false;
-    if (!read_new_value(reader, *slot, v) || !is_end_of_list(reader.at->tok)) {
+    const quolynode *old = *slot ? *slot : quol_num_0;
+    if (!read_new_value(reader, old, v) || !is_end_of_list(reader.at->tok)) {
         tokens->long_path = reader.for_good;
         return false;
     }
@@ -329,6 +385,22 @@ template <class ring> static bool run_assignment(name *tokens, quolynode **resul
     set_number<ring>(result, 0);
     token = reader.at->tok;
     return true;
+}
+
+template <class ring> static bool assign_scalar(name *tokens, quolynode **result) {
+    short_reader<ring> reader{tokens->next->next};
+    quolynode **slot = slot_of(tokens);
+    if (!slot || !*slot || ((*slot)->is_num && (*slot)->array_mark)) return false;
+    return assign(reader, tokens, slot, result);
+}
+
+/* An entry of a sparse array may come or go with its value: that is not done here. */
+template <class ring>
+static bool assign_element(short_reader<ring> &reader, name *tokens, array_record *a, int64_t index,
+                           quolynode **result) {
+    if (a->sparse_head) return false;
+    reader.at = reader.at->next;
+    return assign(reader, tokens, &element(a, index), result);
 }
 
 template <class ring> static bool run_sum(name *tokens, quolynode **result) {
@@ -344,8 +416,17 @@ template <class ring> static bool run_sum(name *tokens, quolynode **result) {
 }
 
 template <class ring> static bool run_short(name *tokens, quolynode **result) {
-    bool assigns = is_lower_letter(first_char(tokens->tok)) && is_char(tokens->next, ':');
-    return assigns ? run_assignment<ring>(tokens, result) : run_sum<ring>(tokens, result);
+    if (!is_lower_letter(first_char(tokens->tok))) return run_sum<ring>(tokens, result);
+    if (is_char(tokens->next, ':')) return assign_scalar<ring>(tokens, result);
+    if (!is_char(tokens->next, '[')) return run_sum<ring>(tokens, result);
+    short_reader<ring> reader{tokens};
+    array_record *a;
+    int64_t index;
+    if (!reader.element(a, index)) {
+        tokens->long_path = reader.for_good;
+        return false;
+    }
+    return is_char(reader.at, ':') ? assign_element(reader, tokens, a, index, result) : run_sum<ring>(tokens, result);
 }
 
 bool short_statement(name *tokens, quolynode **result) {

@@ -2,7 +2,7 @@
 
    It serves the ring of floats, and of the exact one the integers of at most two digits. A routine either gives the value
    of the ordinary path, or gives up with nothing changed and nothing said, and the ordinary path reads the same tokens. It
-   knows names of scalars, figures, parentheses, + - and *, and / between floats. It gives up at everything else: calls,
+   knows names of scalars, elements of arrays, figures, parentheses, + - and *, and / between floats. It gives up at everything else: calls,
    powers, undefined names, values of other kinds, results beyond 63 bits, divisions by 0, which are the ordinary path's
    to refuse. Where the tokens alone make it give up they are marked, so that each place is tried once. */
 #pragma once
@@ -29,7 +29,7 @@ bool short_flote_sum(name **cursor, long double &value);
 bool short_comparison(name **cursor, bool &holds);
 
 /* A whole statement of a stored list: a sum, or an assignment x := e, x :+ n, x :- n, in Float also x :* n, to a scalar
-   that exists. The result is the sum, or 0. */
+   that exists or to an element of an ordinary array. The result is the sum, or 0. */
 bool short_statement(name *tokens, quolynode **result);
 
 } // namespace tolvek

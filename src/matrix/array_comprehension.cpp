@@ -64,7 +64,7 @@ static void evaluate_body(stream *input, const comprehension &c, quoly_handle &v
 
 /* All columns of one row: `store` takes the value of each. */
 template <class Store> static void fill_row(stream *input, const comprehension &c, Store store) {
-    loop_range col = c.col;
+    integer_range col = c.col;
     if (c.two) start_loop(col);
     bool more = !c.two || runs(col);
     while (more) {
@@ -77,7 +77,7 @@ template <class Store> static void fill_row(stream *input, const comprehension &
 }
 
 static void fill_dense(stream *input, const comprehension &c, matrix_value &m) {
-    loop_range row = c.row;
+    integer_range row = c.row;
     m.make_dense(c.rows, c.cols);
     m.holes = true;
     start_loop(row);
@@ -88,7 +88,7 @@ static void fill_dense(stream *input, const comprehension &c, matrix_value &m) {
 }
 
 static void fill_sparse_rows(stream *input, const comprehension &c, matrix_value &m) {
-    loop_range row = c.row;
+    integer_range row = c.row;
     sparse_handle fresh(c.rows);
     start_loop(row);
     for (bool more = runs(row); more; more = step_loop(row)) {

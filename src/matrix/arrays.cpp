@@ -12,6 +12,7 @@ namespace tolvek {
 array_record *arr_store[scalar_chains];
 int32_t array_time = 0;
 int new_array = 0;
+uint64_t array_generation = 1;
 static array_record *arr_garb = nullptr;
 
 void array_error(int n, const token_record &symbol) {
@@ -52,18 +53,39 @@ void link_array(array_record *a) {
     if (const array_record *target = a->aliased) { /* its cells may have moved since */
         a->first = target->first;
         a->last = target->last;
-        a->sparse_head = target->sparse_head;
+        a->sparse_head = a->linked_head = target->sparse_head;
     }
+    array_generation++;
     array_record **chain = &arr_store[hash_of(a->tok, scalar_chains)];
     a->next = *chain;
     *chain = a;
 }
 
-bool unlink_array(array_record *a) {
-    array_record **link = &arr_store[hash_of(a->tok, scalar_chains)];
+static array_record **link_to(const array_record *a) {
+    token_record t = a->tok;
+    array_record **link = &arr_store[hash_of(t, scalar_chains)];
     while (*link && *link != a) link = &(*link)->next;
+    return link;
+}
+
+bool unlink_array(array_record *a) {
+    array_record **link = link_to(a);
     if (!*link) return false;
     *link = a->next;
+    array_generation++;
+    return true;
+}
+
+bool is_linked(const array_record *a) { return *link_to(a); }
+
+bool rename_array(token_record &from, const token_record &to) {
+    array_record *a = find_array(from);
+    if (!a) return false;
+    if (a->is_parameter()) array_error(138, a->tok);
+    unlink_array(a);
+    a->tok = to;
+    a->tok.hash_slot = hash_unknown;
+    link_array(a);
     return true;
 }
 
@@ -113,6 +135,8 @@ array_record *new_parameter_array(const token_record &name, array_record *a) {
     p->birth = a->birth < 0 ? a->birth : -a->birth;
     return p;
 }
+
+void drop_parameter_array(array_record *a) { push_array(a); }
 
 /* ---- lookup ---- */
 

@@ -31,8 +31,9 @@ struct array_record {
     sparse_frame *sparse_head; /* null: an ordinary array */
     bool one_dim;              /* declared with one coordinate */
     array_record *next;
-    array_record *aliased; /* an array parameter: the array it stands for; null otherwise */
-    int32_t birth;         /* serial; of an array parameter, minus that of its target */
+    array_record *aliased;     /* an array parameter: the array it stands for; null otherwise */
+    int32_t birth;             /* serial; of an array parameter, minus that of its target */
+    sparse_frame *linked_head; /* an array parameter: the rows of its target when the call began */
 
     int32_t cols() const { return rows ? static_cast<int32_t>(size / rows) : 0; }
     bool is_parameter() const { return birth < 0; }
@@ -84,9 +85,17 @@ array_record *quick_sparse_create(sparse_frame *head, const token_record &name, 
 
 /* A record for an array parameter called `name` that shares the elements of a; not yet linked. */
 array_record *new_parameter_array(const token_record &name, array_record *a);
+void drop_parameter_array(array_record *a); /* one that is not linked goes */
 void link_array(array_record *a);
-bool unlink_array(array_record *a);           /* false: it is on no chain */
-void retire_parameter_array(array_record *a); /* takes it off its chain; the record waits */
+bool unlink_array(array_record *a); /* false: it is on no chain */
+bool is_linked(const array_record *a);
+/* The call ends: the record leaves its chain, and goes when nothing can hold it. Rows that have taken the place of those
+   it was linked with go to its target. */
+void end_parameter_array(array_record *a);
+bool rename_array(token_record &from, const token_record &to); /* false: there is none. Error 138 */
+
+/* Grows when a record comes to a chain or leaves one: what tokens are bound to is looked up anew then. */
+extern uint64_t array_generation;
 
 /* ---- lookup ---- */
 
@@ -110,7 +119,7 @@ void fill_sparse(array_record *a);
 extern int borrowed_matrices; /* matrices in flight that point to values of arrays */
 extern int cells_held;        /* slots of ordinary elements that frames hold while they evaluate something else */
 /* May anything outside hold the value of an array, or an entry of a row? */
-bool values_are_held();
+inline bool values_are_held() { return levelcount > 1 || borrowed_matrices > 0; }
 bool entries_are_held();
 void drop_value(quolynode *q); /* frees it, or lets it wait; null is fine */
 void store_element(quolynode **cell, quolynode *value);

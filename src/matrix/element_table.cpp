@@ -19,7 +19,7 @@ int32_t numblocks = -1;
 int borrowed_matrices = 0;
 int cells_held = 0;
 
-array_record syst{{"<", hash_unknown}, 0, -1, 0, 0, nullptr, false, nullptr, nullptr, 0};
+array_record syst{{"<", hash_unknown}, 0, -1, 0, 0, nullptr, false, nullptr, nullptr, 0, nullptr};
 quolynode **syst_cells = nullptr;
 
 struct cell_range {
@@ -37,7 +37,6 @@ static quolynode *waiting_values = nullptr; /* through `link` */
 
 /* ---- what is dropped ---- */
 
-bool values_are_held() { return levelcount > 1 || borrowed_matrices > 0; }
 bool entries_are_held() { return values_are_held() || statcount > 0; }
 
 void drop_value(quolynode *q) {
@@ -241,7 +240,19 @@ static void retire(array_record *a) {
     waiting_arrays = a;
 }
 
-void retire_parameter_array(array_record *a) { retire(a); }
+void end_parameter_array(array_record *a) {
+    array_record *target = a->aliased;
+    if (target && a->sparse_head != a->linked_head && a->sparse_head != target->sparse_head) {
+        if (target->sparse_head != a->linked_head) drop_rows(target->sparse_head, target->rows);
+        target->sparse_head = a->sparse_head;
+        target->rows = a->rows;
+        target->size = a->size;
+    }
+    if (values_are_held() || !target) return retire(a);
+    unlink_array(a);
+    clear_slots_of(a);
+    push_array(a);
+}
 
 static bool at_the_prompt() { return levelcount == 1 && statcount == 0; }
 

@@ -45,7 +45,10 @@ fixnode *more_fixes() {
 
 variable *newvariable() {
     if (!var_garb) batch_to_list<&variable::next>(var_garb, variables_made, records_a_batch);
-    return pop_record<&variable::next>(var_garb);
+    variable *v = pop_record<&variable::next>(var_garb);
+    *v = {};
+    v->home_index = -1;
+    return v;
 }
 
 /* ---- records from the stashes ---- */
@@ -84,6 +87,19 @@ list_length(const void *head, std::size_t link_at) {
 
 static long used(const stash_record *s) { return s ? static_cast<long>(s->slugs_used) : 0; }
 
+static records_in_use abandoned; /* nobody's */
+
+void abandon_free_lists() {
+    abandoned.digits += list_length(numhead, offsetof(numnode, next));
+    abandoned.numbers += list_length(imhead, offsetof(number, num_link));
+    abandoned.polynodes += list_length(polygarb, offsetof(polynode, next));
+    abandoned.quolynodes += list_length(quolygarb, offsetof(quolynode, link));
+    numhead = nullptr;
+    imhead = nullptr;
+    polygarb = nullptr;
+    quolygarb = nullptr;
+}
+
 records_in_use count_records_in_use() {
     records_in_use now;
     now.digits = used(numstash) - list_length(numhead, offsetof(numnode, next));
@@ -94,6 +110,10 @@ records_in_use count_records_in_use() {
     now.names = names_made - list_length(name_garb, offsetof(name, next));
     now.variables = variables_made - list_length(var_garb, offsetof(variable, next));
     now.fixes = fixes_made - list_length(fixgarb, offsetof(fixnode, next));
+    now.digits -= abandoned.digits;
+    now.numbers -= abandoned.numbers;
+    now.polynodes -= abandoned.polynodes;
+    now.quolynodes -= abandoned.quolynodes;
     return now;
 }
 

@@ -78,7 +78,7 @@ inline name *newname() { /* next and bound null, the flags off */
     n->bound = nullptr;
     return n;
 }
-variable *newvariable();
+variable *newvariable(); /* all links null, no home */
 inline fixnode *newfix() {
     fixnode *f = pop_record<&fixnode::next>(fixgarb);
     return f ? f : more_fixes();
@@ -115,6 +115,9 @@ void freename(name *list);
 
 /* 5,001 digits and 5,001 polynodes, so that the first statements find their lists filled. */
 void preload_free_lists();
+
+/* Lets the free lists of digits, numbers, polynodes and quolynodes go: their records come back never. */
+void abandon_free_lists();
 
 /* Records handed out and not on their free list now: what a test compares before and after a statement. */
 struct records_in_use {

@@ -93,8 +93,8 @@ static bool handle_quote(output_call &w) {
     return true;
 }
 
-/* A value in the form that stands behind it. */
-static bool show_item(output_call &w, const quolynode *const &value) {
+/* A value in the form that stands behind it; `get` gives it once that has been evaluated. */
+template <class Get> static bool show_item(output_call &w, Get get) {
     item_form form;
     if (w.in_list && token_is(token, ":")) {
         if (!handle_colon(w, form)) return false;
@@ -103,7 +103,7 @@ static bool show_item(output_call &w, const quolynode *const &value) {
     }
     const int64_t before = w.out->taken;
     int column = 0;
-    quoly_display(w.out, value ? value : quol_num_0, &column,
+    quoly_display(w.out, get(), &column,
                   {.want_continuation = w.to_screen(), .as_character = form.as_character});
     const int64_t columns = w.out->taken - before;
     if (form.width != no_width) doblanks(w.out, static_cast<int>(std::max<int64_t>(0, form.width - 1 - columns)));
@@ -114,15 +114,16 @@ static bool value_item(output_call &w) {
     quoly_handle value;
     (w.in_list ? old_expre : old_fact)(w.input, value.slot(), w.cursor);
     held_value held;
-    const bool shown = show_item(w, value.get());
+    const bool shown = show_item(w, [&] { return value.get(); });
     value.release_to(w.result);
     return shown;
 }
 
 static bool value_by_name(output_call &w) {
     builtin_call call{w.input, w.result, w.cursor, 0};
-    quolynode **place = get_quoly_ptr(call);
-    return show_item(w, *place);
+    named_place named;
+    named.read(call);
+    return show_item(w, [&] { return named.get(); });
 }
 
 /* Text for the file reads back as assignments. */

@@ -131,11 +131,18 @@ void ask_for_value(stream *input, quolynode **result, name **cursor) {
     }
     token_record behind = token;
     int left = leftover;
+    buffer<char> line, behind_answer; /* statements wait behind the question, and behind the answer */
+    take_rest_of_line(Input, line);
     {
         kept_value<int> terminal(tt_flag, 1);
         do_prompts();
         sayf("%s := ", asked.text);
         read_answer(asked, result);
+    }
+    if (!line.empty()) {
+        take_rest_of_line(Input, behind_answer);
+        put_back_line(Input, behind_answer);
+        put_back_line(Input, line);
     }
     token = behind;
     leftover = left;

@@ -115,13 +115,17 @@ struct name {
     bool long_path = false;     /* what begins here is nothing for the short path (language/short_path.h) */
 };
 
+struct array_record;
+
 /* A scalar variable, chained in sca_store by hash. Free list: var_garb. */
 struct variable {
     token_record tok;
     variable *next;
     variable *next_of_call; /* a parameter: the next one of the same call */
-    bool by_reference;      /* a parameter whose value goes back to the caller's variable `home` */
+    bool by_reference;      /* a parameter whose value goes back to the caller's variable, or array, `home` */
     token_record home;
+    int64_t home_index;  /* the element of that array; -1: home is a variable */
+    array_record *array; /* a parameter that stands for an array: the record of that; null otherwise */
     quolynode *value;
 };
 

@@ -96,7 +96,7 @@ void reset_statement() {
     tripval = 20;
     exit_flag = leave_flag = cycle_flag = cancelflag = done_load = 0;
     matrix_eval = want_sparse = doing_sys_func = in_sys_func = func_def_count = 0;
-    statcount = 0;
+    end_all_calls();
     levelcount = time_level = 1;
     for (int i = 0; i < time_rows; i++) time_off[i] = breaktime[i] = {};
     was_modulus = -1;
