@@ -111,6 +111,13 @@ static void read_answer(token_record &variable_name, quolynode **result) {
     insert_var(variable_name, answer);
 }
 
+/* Is there more on the rest of a line than blanks and its end? */
+static bool has_text(const buffer<char> &line) {
+    for (char c : line)
+        if (c != ' ' && c != '\t' && c != '\r' && c != '\n') return true;
+    return false;
+}
+
 void ask_for_value(stream *input, quolynode **result, name **cursor) {
     token_record asked;
     quoly_set(0, result);
@@ -139,7 +146,7 @@ void ask_for_value(stream *input, quolynode **result, name **cursor) {
         sayf("%s := ", asked.text);
         read_answer(asked, result);
     }
-    if (!line.empty()) {
+    if (has_text(line)) {
         take_rest_of_line(Input, behind_answer);
         put_back_line(Input, behind_answer);
         put_back_line(Input, line);
