@@ -42,6 +42,16 @@ PROBLEMS = [
             "for i = 1, n do s := s + i*i - i/2 od; s.\nF(3000000)\n&q\n",
             "F(n) = my(s = 0.); for (i = 1, n, s = s + (1.*i)*i - i/2.); s\nF(3000000)\n", None, 0.5,
             programs=("tolvek",)),
+    Problem("10^7 elements read", "Array a[100]:\nfor i = 1 to 100 do a[i] := i od:\nFunc R(v, n, s, i, j) = Compile; "
+            "for i = 1 to n do for j = 1 to 100 do s := s + v[j] od od; s.\nR([a], 100000)\n&q\n",
+            "R(v, n) = my(s = 0); for (i = 1, n, for (j = 1, 100, s = s + v[j])); s\nR(vector(100, i, i), 100000)\n",
+            "505000000", 2.0, programs=("tolvek-exact",)),
+    Problem("a sieve to 10^6", "Func Sieve(v, n, i, j, c) = Compile; Float; for i = 2 to n do v[i] := 1 od; "
+            "for i = 2 to 1000 do if v[i] = 1 then for j = i*i to n by i do v[j] := 0 od fi od; "
+            "for i = 2 to n do if v[i] = 1 then c :+ fi od; c.\nArray a[1000000]:\nSieve([a], 1000000)\n&q\n",
+            "default(parisizemax, 500000000);\nS(n) = my(v = vector(n), c = 0); for (i = 2, n, v[i] = 1); "
+            "for (i = 2, 1000, if (v[i] == 1, forstep (j = i*i, n, i, v[j] = 0))); "
+            "for (i = 2, n, if (v[i] == 1, c++)); c\nS(1000000)\n", "78498", 2.0, programs=("tolvek",)),
 ]
 
 
