@@ -5,7 +5,8 @@
 
 namespace tolvek {
 
-/* Sizes that steer exact division on packed exponents, measured by bench/kernels/poly.cpp (quotient4, quotient5). Tests change them. */
+/* Sizes that steer exact division on packed exponents; what they cost is seen in bench/kernels/poly.cpp (quotient4,
+   quotient5). Tests change them. */
 struct flat_division_limits {
     int64_t least_terms;   /* of the dividend */
     uint64_t most_cells;   /* of a slice: they stay near the processor */
