@@ -26,22 +26,18 @@ void classic_method(matrix_value &m) {
             matrix_value minor;
             borrow_minor(m, j, i, minor);
             quolynode **entry = &result.cell(i + int64_t{j} * m.rows);
-            quoly_set((i + j) % 2 ? -1 : 1, entry);
+            quoly_set(1, entry);
             mat_determinant(minor, {}, entry);
+            if ((i + j) % 2) quoly_inplace(*entry);
             safe_point();
         }
     m.take(result);
 }
 
-void copy_of(const matrix_value &m, matrix_value &copy) {
-    copy.make_dense(m.rows, m.rows);
-    for (int64_t i = 0; i < m.size; i++) quoly_assign(m.cell(i), &copy.cell(i));
-}
-
 /* det m^-1; false for a singular matrix. */
 bool inversion_method(matrix_value &m) {
     matrix_value copy;
-    copy_of(m, copy);
+    copy.copy_from(m);
     quoly_handle det;
     quoly_set(1, det.slot());
     mat_determinant(copy, {}, det.slot());

@@ -50,8 +50,8 @@ void fast_mat_mult(const matrix_value &a, const matrix_value &b, matrix_value &r
 
 /* ---- powers (array_powers.cpp) ---- */
 
-/* m := the inverse of the square matrix. Errors 44 singular, 250. */
-void invert_matrix(matrix_value &m);
+/* m := m + q on the diagonal; what becomes 0 is not stored in a sparse matrix. */
+void add_to_diag(const quolynode *q, matrix_value &m);
 /* m^e for a square matrix, by the inverse for e below 0. Errors 44, 172. */
 void matrix_power(matrix_value &m, const number *exponent);
 /* The same for a dense matrix, squares by fast_mat_mult. Errors 172, 242. */

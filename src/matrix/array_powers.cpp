@@ -52,32 +52,6 @@ class exponent_bits {
     flat_value magnitude;
 };
 
-/* ---- inverses ---- */
-
-/* The inverse of a sparse matrix is computed as a dense one. */
-static void keep_entries(matrix_value &m) {
-    sparse_handle kept(m.rows);
-    row_walk walk(kept.get());
-    for (int32_t r = 0; r < m.rows; r++, walk.next()) {
-        row_builder row(&*walk);
-        for (int32_t c = 0; c < m.cols(); c++) {
-            quoly_handle value;
-            *value.slot() = m.cell(int64_t{c} * m.rows + r);
-            m.cell(int64_t{c} * m.rows + r) = nullptr;
-            row.add(c + 1, value);
-        }
-    }
-    m.make_sparse(kept.release(), m.rows, m.rows);
-}
-
-void invert_matrix(matrix_value &m) {
-    m.fill_holes();
-    const bool sparse = m.is_sparse();
-    m.to_dense();
-    mat_inverse(m);
-    if (sparse) keep_entries(m);
-}
-
 /* ---- powers ---- */
 
 static void become_identity(matrix_value &m) {
@@ -124,7 +98,7 @@ static void any_power(matrix_value &m, const number *exponent, product_routine s
     if (!is_negative(exponent)) return power_by_bits(m, exponent_bits(exponent), square, no_reduction);
     number_handle opposite;
     integer_opposite(exponent, &opposite);
-    invert_matrix(m);
+    mat_inverse(m);
     power_by_bits(m, exponent_bits(&opposite), square, no_reduction);
 }
 
@@ -165,7 +139,7 @@ void matpowermod(matrix_value &m, const number *exponent, const quolynode *modul
 
 /* ---- polynomials at matrices ---- */
 
-static void add_to_diag(const quolynode *q, matrix_value &m) {
+void add_to_diag(const quolynode *q, matrix_value &m) {
     m.own();
     if (m.is_dense()) {
         for (int64_t i = 0; i < m.size; i += m.rows + 1) {
@@ -210,26 +184,12 @@ class terms_of_matrix {
     int level;
 };
 
-static void copy_of(const matrix_value &m, matrix_value &copy) {
-    if (m.is_sparse()) {
-        sparse_frame *head;
-        copy_sparse(m.sparse, &head, m.rows, false);
-        copy.make_sparse(head, m.rows, m.rows);
-        return;
-    }
-    copy.make_dense(m.rows, m.cols());
-    for (int64_t i = 0; i < m.size; i++) {
-        safe_point();
-        quoly_assign(m.cell(i), &copy.cell(i));
-    }
-}
-
 /* sum := sum * m^gap; a sum that is a scalar stands for it on the diagonal. */
 static void multiply_by_power(matrix_value &sum, const matrix_value &m, int32_t gap) {
     if (gap < 0) array_error(198, token);
     matrix_value power;
     if (gap > 1 || sum.is_scalar()) {
-        copy_of(m, power);
+        power.copy_from(m);
         power_by_bits(power, exponent_bits(static_cast<uint64_t>(gap)), matrix_product, no_reduction);
     }
     if (sum.is_scalar()) {

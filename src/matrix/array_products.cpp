@@ -1,6 +1,7 @@
 /* The operators * / \ | and _ between array values: which operation they stand for. */
 #include "language/scanner.h"
 #include "matrix/array_arithmetic.h"
+#include "matrix/determinant.h"
 
 namespace tolvek {
 
@@ -16,7 +17,7 @@ static void combine_scalars(int op, matrix_value &a, matrix_value &b) {
 /* b := its inverse. Error 89: no work array is left for it. */
 static void invert_divisor(matrix_value &b) {
     if (first_available > work_arrays) array_error(89, token);
-    invert_matrix(b);
+    mat_inverse(b);
 }
 
 static void scalar_with_matrix(int op, matrix_value &a, matrix_value &b) {

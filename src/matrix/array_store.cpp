@@ -31,26 +31,11 @@ static void repeat_scalar(const quolynode *value, int64_t rows, int64_t cols, ma
 
 /* ---- sparse arrays ---- */
 
-/* The cells of an owned dense matrix become rows; zeros go. */
-static void to_rows(matrix_value &value, sparse_frame *head) {
-    const int32_t rows = value.rows, cols = value.cols();
-    row_walk walk(head);
-    for (int32_t r = 0; r < rows; r++, walk.next()) {
-        row_builder row(&*walk);
-        for (int32_t c = 0; c < cols; c++) {
-            quoly_handle entry;
-            std::swap(*entry.slot(), value.cell(int64_t{c} * rows + r));
-            if (entry) row.add(c + 1, entry);
-        }
-    }
-}
-
 static void standard_to_sparse(array_record *array, matrix_value &value) {
     if (value.rows != array->rows) array_error(249, array->tok);
-    sparse_handle fresh(array->rows);
-    to_rows(value, fresh.get());
+    value.to_sparse();
     own_rows(array);
-    put_back_sparse(fresh.get(), array->sparse_head, array->rows);
+    put_back_sparse(value.sparse, array->sparse_head, array->rows);
 }
 
 /* ---- whole arrays ---- */

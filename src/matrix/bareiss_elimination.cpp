@@ -44,15 +44,6 @@ void fraction_free_step(elimination &e, int k, int i, int j, const quolynode *pr
     if (k > 0) trial_divide(x, previous);
 }
 
-bool place_pivot(elimination &e, int k) {
-    const pivot_place at = find_good_spot(e, k, e.n - k);
-    if (!at.found()) return false;
-    if (at.row != k) e.swap_rows(at.row, k);
-    if (at.column != k) e.swap_columns(at.column, k);
-    if ((at.row != k) != (at.column != k)) quoly_inplace(*e.result);
-    return true;
-}
-
 /* Does the interpolation that the switches ask for turn out too heavy for a small matrix of small entries? Then they
    are eliminated without fractions. */
 bool small_for_interpolation(elimination &e) {
@@ -75,7 +66,7 @@ bool by_fraction_free_steps(elimination &e) {
     const quolynode *previous = quol_num_1;
     for (int k = 0; k < e.n - 1; k++) {
         if (verbose) dumpitt(" ", k + 1, 0, 0, 0);
-        if (!place_pivot(e, k)) {
+        if (!place_pivot(e, k, e.n - k).found()) {
             e.finish_with_zero();
             return true;
         }

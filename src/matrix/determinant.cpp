@@ -117,6 +117,15 @@ pivot_place find_good_spot(elimination &e, int k, int columns) {
     return choice.best();
 }
 
+pivot_place place_pivot(elimination &e, int k, int columns) {
+    const pivot_place at = find_good_spot(e, k, columns);
+    if (!at.found()) return at;
+    if (at.row != k) e.swap_rows(at.row, k);
+    if (at.column != k) e.swap_columns(at.column, k);
+    if (!e.invert() && (at.row != k) != (at.column != k)) quoly_inplace(*e.result);
+    return at;
+}
+
 /* ---- the entries ---- */
 
 void divide_fct(quolynode **result, const polynode *factor, bool no_denoms) {

@@ -39,7 +39,7 @@ bool adjoint_of_integers(matrix_value &m);
 /* ---- sparse matrices, of their own ---- */
 
 void sparse_determinant(matrix_value &m, const determinant_hints &hints, quolynode **result);
-void invert_sparse(matrix_value &m); /* error 44 */
+void invert_sparse(matrix_value &m); /* sparse again; error 44 */
 
 /* ---- shared by the eliminations ---- */
 
@@ -55,6 +55,8 @@ struct pivot_place {
 /* A pivot for step k, in the next `columns` columns from row k on: the number of largest magnitude (modulo n the first one);
    without a number the value of least mass. None if the first of the columns is 0. */
 pivot_place find_good_spot(elimination &e, int k, int columns);
+/* The same, brought to row and column k; a determinant changes its sign for it. What is given is where it stood. */
+pivot_place place_pivot(elimination &e, int k, int columns);
 
 /* The square block of the last rows and columns from k on, by cofactors along the line with the most zeros: *result, which
    the caller has set, times the determinant. At most most_minor_rows rows. */

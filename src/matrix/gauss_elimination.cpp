@@ -58,18 +58,6 @@ void zero_out(elimination &e, int k) {
     }
 }
 
-/* Brings a pivot to the place of step k; false: there is none. */
-bool place_pivot(elimination &e, int k, exchanges &rows, exchanges &columns) {
-    const pivot_place at = find_good_spot(e, k, columns_searched(e, k));
-    if (!at.found()) return false;
-    rows[k] = at.row;
-    columns[k] = at.column;
-    if (at.row != k) e.swap_rows(at.row, k);
-    if (at.column != k) e.swap_columns(at.column, k);
-    if (!e.invert() && (at.row != k) != (at.column != k)) quoly_inplace(*e.result);
-    return true;
-}
-
 /* ---- the inverse ---- */
 
 /* The unit triangle above the diagonal becomes its inverse. */
@@ -132,7 +120,10 @@ void finish_inverse(elimination &e, exchanges &rows, exchanges &columns) {
 bool run_steps(elimination &e, exchanges &rows, exchanges &columns) {
     for (int k = 0; k < e.n; k++) {
         if (verbose) dumpitt(" ", k + 1, 0, 0, 0);
-        if (!place_pivot(e, k, rows, columns)) return false;
+        const pivot_place at = place_pivot(e, k, columns_searched(e, k));
+        if (!at.found()) return false;
+        rows[k] = at.row;
+        columns[k] = at.column;
         if (!e.invert() && e.n - k <= e.minors_cut) {
             if (verbose) dumpitt(" Finish by minors, rank ", e.n - k, 1, 0, 0);
             small_determ(e, k, e.result);

@@ -12,17 +12,11 @@ namespace tolvek {
 
 /* ---- the matrix ---- */
 
-/* A chain modulo p, faster for one digit. */
-static uint32_t residue_of(const number *x, uint32_t p) {
-    if (x->num_len > 1) return chain_modulo(x, p);
-    const int32_t r = x->num_head->digit % static_cast<int32_t>(p);
-    return static_cast<uint32_t>(r < 0 ? r + static_cast<int32_t>(p) : r);
-}
-
 void integer_matrix::residues(uint32_t p, word_matrix *m) const {
+    const word_divisor divisor(p);
     for (int i = 0; i < n; i++) {
         uint32_t *row = (*m)[i];
-        for (int j = 0; j < n; j++) row[j] = residue_of(entry(i, j), p);
+        for (int j = 0; j < n; j++) row[j] = chain_modulo(entry(i, j), divisor);
         safe_point();
     }
 }

@@ -1,11 +1,10 @@
 /* Products of integer matrices by images modulo primes.
 
    Entries of the product are below inner * max|a| * max|b|. The images modulo distinct primes whose product is more than
-   twice that bound tell them: the digits of the mixed radix of those primes (H. Garner, 1959), and of a value above half
-   of their product the negative complement. The primes are the greatest for which a whole line of an image is summed in a
-   word without a reduction. */
+   twice that bound tell them. The primes are the greatest for which a whole line of an image is summed in a word without a
+   reduction. */
 #include "matrix/flat_matrix.h"
-#include "numbers/flat_pour.h"
+#include "numbers/flat_chinese.h"
 #include "numbers/primes.h"
 #include "top/interrupts.h"
 
@@ -27,85 +26,17 @@ static int64_t greatest_bits(const matrix_value &m) {
     return most;
 }
 
-/* Values from their images. */
-class image_primes {
-  public:
-    /* Distinct primes below 2^bits whose product has more than value_bits bits. */
-    image_primes(int bits, int64_t value_bits) {
-        uint32_t p = (uint32_t{1} << bits) - 1;
-        for (int64_t covered = 0; covered < value_bits + 1; p -= 2) {
-            if (!is_prime_word(p)) continue;
-            prime.push(p);
-            covered += bits - 1; /* p is above 2^(bits-1) */
-        }
-        prepare();
+/* Distinct primes below 2^bits whose product has more than value_bits bits. */
+static void choose_primes(int bits, int64_t value_bits, buffer<uint32_t> *primes) {
+    uint32_t p = (uint32_t{1} << bits) - 1;
+    for (int64_t covered = 0; covered < value_bits + 1; p -= 2) {
+        if (!is_prime_word(p)) continue;
+        primes->push(p);
+        covered += bits - 1; /* p is above 2^(bits-1) */
     }
-    std::size_t count() const { return prime.size(); }
-    uint32_t operator[](std::size_t i) const { return prime[i]; }
-    /* x := the value whose image modulo prime i is images[i * step]. */
-    void value(const uint32_t *images, std::size_t step, number *x);
-
-  private:
-    void prepare();
-    uint32_t &inverse_of(std::size_t j, std::size_t i) { return inverse[i * (i - 1) / 2 + j]; }
-    word_divisor divisor(std::size_t i) const { return {prime[i], reciprocal[i]}; }
-
-    buffer<uint32_t> prime, inverse, digit; /* inverse: of prime j modulo prime i, j < i */
-    buffer<uint64_t> reciprocal;
-    buffer<limb> product, half, work;
-};
-
-void image_primes::prepare() {
-    const std::size_t n = count();
-    inverse.resize(n * (n - 1) / 2);
-    digit.resize(n);
-    reciprocal.resize(n);
-    for (std::size_t i = 0; i < n; i++) {
-        const word_divisor p(prime[i]);
-        reciprocal[i] = p.inverse;
-        for (std::size_t j = 0; j < i; j++) inverse_modulo(prime[j] % prime[i], p, &inverse_of(j, i));
-    }
-    const std::size_t limbs = n / 2 + 1; /* primes have less than 32 bits */
-    product.resize(limbs);
-    half.resize(limbs);
-    work.resize(limbs);
-    flat_clear(product.data(), limbs);
-    product[0] = 1;
-    for (std::size_t i = 0; i < n; i++) flat_mult_limb(product.data(), product.data(), limbs, prime[i]);
-    flat_shift_right(half.data(), product.data(), limbs, 1);
-}
-
-void image_primes::value(const uint32_t *images, std::size_t step, number *x) {
-    const std::size_t n = count(), limbs = product.size();
-    for (std::size_t i = 0; i < n; i++) {
-        const word_divisor p = divisor(i);
-        uint32_t d = images[i * step];
-        for (std::size_t j = 0; j < i; j++) {
-            const uint32_t lower = digit[j] >= prime[i] ? digit[j] - prime[i] : digit[j]; /* primes have equal bits */
-            d = p.product(d >= lower ? d - lower : d + prime[i] - lower, inverse_of(j, i));
-        }
-        digit[i] = d;
-    }
-    flat_clear(work.data(), limbs);
-    for (std::size_t i = n; i-- > 0;) {
-        const std::size_t used = (n - i) / 2 + 1;
-        flat_mult_limb(work.data(), work.data(), used, prime[i]);
-        flat_add_limb(work.data(), work.data(), used, digit[i]);
-    }
-    const bool negative = flat_compare(work.data(), half.data(), limbs) > 0;
-    if (negative) flat_sub(work.data(), product.data(), work.data(), limbs);
-    chain_from_limbs(work.data(), limbs, negative ? -1 : 1, x);
 }
 
 /* ---- the product ---- */
-
-static uint32_t image_of(const number *x, const word_divisor &p) {
-    const bool negative = x->num_head->digit < 0;
-    uint64_t v = 0;
-    for (const numnode *d = x->num_head; d; d = d->next)
-        v = p.remainder((v << digit_bits) + static_cast<uint32_t>(negative ? -d->digit : d->digit));
-    return static_cast<uint32_t>(negative && v ? p.n - v : v);
-}
 
 /* The images of rows or columns of m, from the first line on. */
 static void pour_images(const matrix_value &m, bool by_rows, int64_t first_line, const word_divisor &p,
@@ -117,7 +48,7 @@ static void pour_images(const matrix_value &m, bool by_rows, int64_t first_line,
         for (std::size_t k = 0; k < lines.length; k++) {
             const auto inner = static_cast<int64_t>(k);
             const quolynode *q = m.cell(by_rows ? inner * m.rows + at : at * m.rows + inner);
-            to[k] = image_of(q->numb, p);
+            to[k] = chain_modulo(q->numb, p);
         }
     }
 }
@@ -151,14 +82,14 @@ static int64_t columns_of_block(int64_t rows, std::size_t primes) {
     return columns < 4 ? 4 : columns;
 }
 
-static void columns_product(const matrix_value &a, const matrix_value &b, image_primes &primes, int64_t first,
+static void columns_product(const matrix_value &a, const matrix_value &b, chinese_values &primes, int64_t first,
                             int64_t columns, matrix_value &r) {
     const auto rows = static_cast<std::size_t>(a.rows), inner = static_cast<std::size_t>(b.rows);
     const std::size_t cells = rows * static_cast<std::size_t>(columns);
     buffer<uint32_t> images(cells * primes.count());
     word_lines left(rows, inner), right(static_cast<std::size_t>(columns), inner);
     for (std::size_t i = 0; i < primes.count(); i++) {
-        const word_divisor p(primes[i]);
+        const word_divisor p(primes.prime(i));
         pour_images(a, true, 0, p, left);
         pour_images(b, false, first, p, right);
         residue_lines_product(left, right, p, &images[i * cells]);
@@ -174,7 +105,9 @@ static void columns_product(const matrix_value &a, const matrix_value &b, image_
 bool integer_product(const matrix_value &a, const matrix_value &b, matrix_value &r) {
     const integer_plan plan(a, b);
     if (!plan.pays) return false;
-    image_primes primes(plan.prime_bits, plan.value_bits);
+    buffer<uint32_t> chosen;
+    choose_primes(plan.prime_bits, plan.value_bits, &chosen);
+    chinese_values primes(chosen.data(), chosen.size());
     matrix_value product;
     product.make_dense(a.rows, b.cols());
     const int64_t step = columns_of_block(a.rows, primes.count());

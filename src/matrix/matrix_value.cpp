@@ -107,21 +107,25 @@ void matrix_value::borrow_sparse(array_record *a) {
     lend_rows(sparse);
 }
 
+void matrix_value::copy_from(const matrix_value &m) {
+    if (m.sparse) {
+        sparse_frame *head;
+        copy_sparse(m.sparse, &head, m.rows, false);
+        make_sparse(head, m.rows, m.size / m.rows);
+        return;
+    }
+    make_dense(m.rows, m.size / m.rows);
+    holes = m.holes;
+    for (int64_t i = 0; i < size; i++) {
+        if (m.cell(i)) quoly_assign(m.cell(i), &cell(i));
+        if (i % 4096 == 0) safe_point();
+    }
+}
+
 void matrix_value::own() {
     if (is_scalar() || owned) return;
     matrix_value copy;
-    if (sparse) {
-        sparse_frame *head;
-        copy_sparse(sparse, &head, rows, false);
-        copy.make_sparse(head, rows, size / rows);
-    } else {
-        copy.make_dense(rows, size / rows);
-        copy.holes = holes;
-        for (int64_t i = 0; i < size; i++) {
-            if (cell(i)) quoly_assign(cell(i), &copy.cell(i));
-            if (i % 4096 == 0) safe_point();
-        }
-    }
+    copy.copy_from(*this);
     take(copy);
 }
 
@@ -159,6 +163,22 @@ void matrix_value::to_dense() {
         fill_row(*walk, *this, dense, r);
     }
     take(dense);
+}
+
+void matrix_value::to_sparse() {
+    sparse_handle kept(rows);
+    row_walk walk(kept.get());
+    for (int32_t r = 0; r < rows; r++, walk.next()) {
+        row_builder row(&*walk);
+        for (int64_t i = r; i < size; i += rows) {
+            quoly_handle entry;
+            exchange(*entry.slot(), cell(i));
+            if (entry) row.add(static_cast<int32_t>(i / rows) + 1, entry);
+        }
+    }
+    const int32_t its_rows = rows;
+    const int64_t its_cols = cols();
+    make_sparse(kept.release(), its_rows, its_cols);
 }
 
 /* ---- arrays and the system array ---- */

@@ -83,10 +83,12 @@ class matrix_value {
     /* Becomes a dense matrix of borrowed cells; the caller fills them. */
     void make_borrowed(int64_t its_rows, int64_t its_cols);
 
-    void own(); /* copies what is borrowed */
+    void own();                            /* copies what is borrowed */
+    void copy_from(const matrix_value &m); /* becomes a copy of its own of a matrix */
     void set_shape(int32_t its_rows) { rows = its_rows; }
     void fill_holes(); /* null cells become 0, with a warning */
     void to_dense();   /* a sparse matrix becomes dense: error 250 above most_cells */
+    void to_sparse();  /* an owned dense matrix becomes sparse; its zeros and null cells go */
     void set_scalar(int32_t value) {
         clear();
         quoly_set(value, scalar.slot());

@@ -19,47 +19,16 @@ bool divides_up_to(int32_t n) {
     return true;
 }
 
-/* Few of a dense matrix's entries are other than 0: it becomes sparse. */
-void keep_sparse_if_thin(matrix_value &m) {
-    int64_t entries = 0;
-    for (int64_t i = 0; i < m.size; i++) entries += !quoly_is_zero(m.cell(i));
-    if (entries * 2 > m.size) return;
-    sparse_handle rows(m.rows);
-    row_walk walk(rows.get());
-    for (int32_t r = 0; r < m.rows; r++, walk.next()) {
-        row_builder builder(&*walk);
-        for (int64_t i = r; i < m.size; i += m.rows) {
-            quoly_handle value;
-            *value.slot() = m.cell(i);
-            m.cell(i) = nullptr;
-            builder.add(static_cast<int32_t>(i / m.rows) + 1, value);
-        }
-    }
-    const int32_t n = m.rows;
-    m.make_sparse(rows.release(), n, n);
-}
-
 void by_dense_matrix(matrix_value &m) {
     m.to_dense();
     mat_inverse(m);
-    keep_sparse_if_thin(m);
-}
-
-void add_to_diag(const quolynode *c, matrix_value &b) {
-    for (int32_t i = 1; i <= b.rows; i++) {
-        quoly_handle copy;
-        quoly_assign(c, copy.slot());
-        if (b.is_sparse())
-            sparse_adjoin(b.sparse, i, i, copy);
-        else
-            best_quoly_add(&b.cell((i - 1) * int64_t{b.rows} + i - 1), copy.release());
-    }
+    m.to_sparse();
 }
 
 /* *c := -trace b / k */
 void next_coefficient(const matrix_value &b, int32_t k, quoly_handle &c) {
     quoly_handle divisor;
-    quoly_set(-k, divisor.slot());
+    quoly_set(k, divisor.slot()); /* below the modulus */
     quoly_set(0, c.slot());
     for (int32_t i = 1; i <= b.rows; i++) {
         const quolynode *entry =
@@ -67,6 +36,7 @@ void next_coefficient(const matrix_value &b, int32_t k, quoly_handle &c) {
         better_quoly_add(c.get(), entry, c.slot());
     }
     fast_quoly_quot(c.slot(), divisor.get(), 0);
+    quoly_inplace(c.get());
 }
 
 bool is_dense_enough(matrix_value &b) {
@@ -79,9 +49,7 @@ void by_leverrier(matrix_value &a) {
     if (verbose) dumpitt("Invert sparse. Leverrier-Fadeev. Counting to ", n, 1, 1, 1);
     matrix_value b, next;
     quoly_handle c;
-    sparse_frame *copy = nullptr;
-    copy_sparse(a.sparse, &copy, n, false);
-    b.make_sparse(copy, n, n);
+    b.copy_from(a);
     next_coefficient(b, 1, c);
     for (int32_t k = 2; k <= n; k++) {
         if (verbose && k % (n / 100 + 1) == 0) dumpitt(" ", k, 0, 0, 0);
@@ -96,6 +64,7 @@ void by_leverrier(matrix_value &a) {
     quoly_reciprocal(c.slot());
     quoly_inplace(c.get());
     entries_with_scalar('*', b, c.get());
+    if (b.is_dense()) b.to_sparse();
     a.take(b);
     level.leave(n, 0, 1);
 }

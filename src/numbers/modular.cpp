@@ -12,8 +12,9 @@ int32_t nmodmult(int32_t a, int32_t b) { return modmult(a, b); }
 
 int32_t spec_modmult(int32_t a, int32_t b) { return static_cast<int32_t>(static_cast<int64_t>(a) * b % (modulus - 1)); }
 
-uint32_t chain_modulo(const number *x, uint32_t m) {
-    const word_divisor divisor(m);
+uint32_t chain_modulo(const number *x, uint32_t m) { return chain_modulo(x, word_divisor(m)); }
+
+uint32_t chain_modulo(const number *x, const word_divisor &divisor) {
     const bool negative = x->num_head->digit < 0;
     uint64_t v = 0;
     int until_safe_point = 1 << 20;
@@ -24,7 +25,7 @@ uint32_t chain_modulo(const number *x, uint32_t m) {
             until_safe_point = 1 << 20;
         }
     }
-    return static_cast<uint32_t>(negative && v ? m - v : v);
+    return static_cast<uint32_t>(negative && v ? divisor.n - v : v);
 }
 
 /* ---- inverses ---- */

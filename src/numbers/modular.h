@@ -99,6 +99,7 @@ int32_t spec_modmult(int32_t a, int32_t b); /* a * b mod (modulus - 1), a and b 
 
 /* The chain x mod m, 0 .. m - 1 for either sign; m from 2 to 2^31. */
 uint32_t chain_modulo(const number *x, uint32_t m);
+uint32_t chain_modulo(const number *x, const word_divisor &m);
 
 /* ---- inverses: the extended Euclidean algorithm ---- */
 

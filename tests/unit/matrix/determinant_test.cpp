@@ -1,9 +1,10 @@
 #include "matrix/determinant.h"
 
 #include "matrix/arrays.h"
-#include "numbers/chinese.h"
+#include "quoly/compare.h"
 #include "support/fresh_system.h"
 #include "support/rand_numbers.h"
+#include "top/interrupts.h"
 #include "top/settings.h"
 
 #include <gtest/gtest.h>
@@ -71,11 +72,11 @@ struct method {
     const char *name;
     int detcutoff, gauss_cutoff;
 };
-constexpr method methods[] = {{"by size", -1, 0},
+constexpr method methods[] = {{"by_size", -1, 0},
                               {"elimination", 0, 0},
-                              {"minors of three", 3, 0},
-                              {"all minors", 40, 0},
-                              {"without fractions", -1, 1}};
+                              {"minors_of_three", 3, 0},
+                              {"all_minors", 40, 0},
+                              {"without_fractions", -1, 1}};
 
 struct each_method : determinant_test, ::testing::WithParamInterface<method> {
     void SetUp() override {
@@ -84,7 +85,8 @@ struct each_method : determinant_test, ::testing::WithParamInterface<method> {
         gauss_cutoff = GetParam().gauss_cutoff;
     }
 };
-INSTANTIATE_TEST_SUITE_P(determinant, each_method, ::testing::ValuesIn(methods));
+INSTANTIATE_TEST_SUITE_P(determinant, each_method, ::testing::ValuesIn(methods),
+                         [](const auto &tested) { return std::string(tested.param.name); });
 
 TEST_P(each_method, numbers) {
     EXPECT_EQ(determinant_less("[[7]]", "7"), "0");
@@ -212,28 +214,37 @@ TEST_F(determinant_test, a_factor_is_taken_out_and_must_divide) {
 
 /* ---- inverses ---- */
 
-/* Is entry (row, column) of a b that of the identity? */
-bool product_is_identity_at(const matrix_value &a, const matrix_value &b, int row, int column) {
-    quoly_handle sum;
-    quoly_set(row == column ? -1 : 0, sum.slot());
+/* *sum := entry (row, column) of a b, less the value if row and column are the same. */
+void product_less_diagonal(const matrix_value &a, const matrix_value &b, int row, int column, const quolynode *value,
+                           quoly_handle &sum) {
+    quoly_set(0, sum.slot());
+    if (row == column) quoly_makeneg(value, sum.slot());
     for (int k = 0; k < a.rows; k++) {
         quoly_handle product;
         quoly_mult(a.cell(row + k * a.rows), b.cell(k + column * a.rows), product.slot());
         best_quoly_add(sum.slot(), product.release());
     }
-    return quoly_is_zero(sum.get());
+}
+
+/* Is a b the value times 1? */
+void expect_product(const matrix_value &a, const matrix_value &b, const quolynode *value, const char *rows) {
+    for (int i = 0; i < a.rows; i++)
+        for (int j = 0; j < a.rows; j++) {
+            quoly_handle rest;
+            product_less_diagonal(a, b, i, j, value, rest);
+            EXPECT_TRUE(quoly_is_zero(rest.get())) << rows;
+        }
 }
 
 struct inverse_test : determinant_test {
-    void check(const std::string &rows) {
-        run("[m] := " + rows);
+    void check(const char *rows) {
+        run("[m] := " + std::string(rows));
         ASSERT_EQ(det.invert("m"), "") << rows;
         matrix_value m, inverse;
         fetch_array(det.array("m"), m);
         fetch_array(&syst, inverse);
         ASSERT_EQ(inverse.size, m.size);
-        for (int i = 0; i < m.rows; i++)
-            for (int j = 0; j < m.rows; j++) EXPECT_TRUE(product_is_identity_at(m, inverse, i, j)) << rows;
+        expect_product(m, inverse, quol_num_1, rows);
         m.clear();
         run("@[m]");
     }
@@ -257,11 +268,129 @@ TEST_F(inverse_test, singular_matrices_have_none) {
     }
 }
 
+/* ---- sparse matrices: what the dense one gives ---- */
+
+struct sparse_determinant_test : determinant_test {
+    void check(const char *rows, bool regular) {
+        run("[d] := " + std::string(rows) + "\n[s] := [d]\nSparse[s]");
+        matrix_value dense;
+        fetch_array(det.array("d"), dense);
+        matrix_value copy;
+        copy.copy_from(dense);
+        quoly_handle expected, found;
+        quoly_set(1, expected.slot());
+        quoly_set(1, found.slot());
+        mat_determinant(copy, {}, expected.slot());
+        matrix_value sparse;
+        fetch_array(det.array("s"), sparse);
+        ASSERT_TRUE(sparse.is_sparse());
+        mat_determinant(sparse, {}, found.slot());
+        EXPECT_TRUE(quoly_equal(found.get(), expected.get())) << rows;
+        EXPECT_EQ(!quoly_is_zero(found.get()), regular) << rows;
+        fetch_array(det.array("s"), sparse);
+        const std::string text = text_of([&] { mat_inverse(sparse); });
+        EXPECT_EQ(text.find(message_text(44)) == std::string::npos, regular) << rows;
+        if (regular) {
+            EXPECT_TRUE(sparse.is_sparse());
+            sparse.to_dense();
+            expect_product(dense, sparse, quol_num_1, rows);
+        }
+        dense.clear();
+        sparse.clear();
+        run("@[d]; @[s]");
+    }
+    void check_all() {
+        for (const char *rows :
+             {"[[7]]", "[[x]]", "[[0,2][3,0]]", "[[0,0,x][y,0,0][0,3,0]]", "[[x,1,0][0,x,2][1,0,x]]",
+              "[[x,1,0,0][0,x,2,0][0,0,x,3][1,0,0,x]]", "[[1/x,0,1][0,y,0][2,0,x]]", "[[x,1,1][1,x,1][1,1,x]]",
+              "[[0,1,0,0,0][0,0,x,0,0][0,0,0,1,0][0,0,0,0,y][1,0,0,0,0]]"})
+            check(rows, true);
+        for (const char *rows : {"[[0]]", "[[x,x][x,x]]", "[[x,1,0][0,0,0][1,x,1]]", "[[0,x][0,1]]"})
+            check(rows, false);
+    }
+};
+
+TEST_F(sparse_determinant_test, polynomials_over_the_rationals) {
+    run("&(J = x)\n&(J = y)");
+    check_all();
+}
+
+TEST_F(sparse_determinant_test, polynomials_modulo_a_prime_that_divides_by_the_size) {
+    run("&(J = x)\n&(J = y)\n&(p = 65521)");
+    check_all();
+}
+
+/* 2, 3 and 5 are no units there or not: the method of traces cannot divide by the size. */
+TEST_F(sparse_determinant_test, polynomials_modulo_a_small_prime) {
+    run("&(J = x)\n&(J = y)\n&(p = 5)");
+    check("[[x,1,0,0,0][0,x,1,0,0][0,0,x,1,0][0,0,0,x,1][1,0,0,0,x]]", true);
+    check("[[x,1,0][0,x,2][1,0,x]]", true);
+}
+
+TEST_F(sparse_determinant_test, fields_of_characteristic_2) {
+    run("&(J = x)\n&(p = 256)");
+    check("[[x,3,0][0,x,5][7,0,x]]", true);
+}
+
+/* ---- what long work tells, and interrupts ---- */
+
+TEST_F(determinant_test, verbose_tells_the_method_and_the_steps) {
+    run("&(J = x)\n[m] := [[x,1,2][3,x,4][5,6,x]]\n&(V = 1)");
+    const auto told = [&](const char *text) {
+        matrix_value m;
+        quoly_handle d;
+        fetch_array(det.array("m"), m);
+        quoly_set(1, d.slot());
+        EXPECT_NE(text_of([&] { mat_determinant(m, {}, d.slot()); }).find(text), std::string::npos) << text;
+    };
+    told("Standard G.E. method, rank 3");
+    told(" Finish by minors, rank 2");
+    gauss_cutoff = 1;
+    told("Gauss-Bareiss method, size 3");
+    matrix_value m;
+    fetch_array(det.array("m"), m);
+    const std::string text = text_of([&] { mat_inverse(m); });
+    EXPECT_NE(text.find(" Now inverting upper triangular matrix, rank 3"), std::string::npos);
+    EXPECT_NE(text.find("Restoring row and column ops."), std::string::npos);
+}
+
+TEST_F(determinant_test, verbose_tells_of_integers_and_of_sparse_inverses) {
+    run("&(J = x)\n[m] := [[2,1,1,1][1,2,1,1][1,1,2,1][1,1,1,2]]\n[s] := [[x,1][0,x]]\nSparse[s]\n&(V = 1)");
+    matrix_value m;
+    fetch_array(det.array("m"), m);
+    const std::string text = text_of([&] { mat_inverse(m); });
+    for (const char *line : {"All integers; adjoint-CRT Method; first compute det:", "Modular algorithm, counting to ",
+                             "Finishing up Chinese Remainder Theorem."})
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    matrix_value s;
+    fetch_array(det.array("s"), s);
+    EXPECT_NE(text_of([&] { mat_inverse(s); }).find("Invert sparse. Leverrier-Fadeev. Counting to 2"),
+              std::string::npos);
+}
+
+long points_to_pass;
+void interrupt_once() {
+    if (--points_to_pass == 0) note_interrupt();
+}
+
+TEST_F(determinant_test, interrupted_anywhere_and_resumed_it_has_the_same_value) {
+    run("&(J = x)\n[m] := [[x,1,2,0][3,x,4,1][5,6,x,2][1,1,1,x]]");
+    const std::string expected = value_of("Det[m]");
+    for (long k = 1; k < 60; k += 1 + k / 8) {
+        points_to_pass = k;
+        watch_safe_points(interrupt_once);
+        const std::string text = run("Det[m]\n&_p");
+        watch_safe_points(nullptr);
+        points_to_pass = 0;
+        EXPECT_NE(text.find(expected), std::string::npos) << k << text;
+    }
+}
+
 /* ---- adjoints: A adj(A) = det(A) 1, for singular matrices too ---- */
 
 struct adjoint_test : determinant_test {
-    void check(const std::string &rows) {
-        run("[m] := " + rows);
+    void check(const char *rows) {
+        run("[m] := " + std::string(rows));
         matrix_value m, adj, copy;
         fetch_array(det.array("m"), m);
         fetch_array(det.array("m"), adj);
@@ -270,18 +399,7 @@ struct adjoint_test : determinant_test {
         quoly_set(1, d.slot());
         mat_determinant(copy, {}, d.slot());
         adjoint(adj);
-        for (int i = 0; i < m.rows; i++)
-            for (int j = 0; j < m.rows; j++) {
-                quoly_handle sum;
-                quoly_set(0, sum.slot());
-                for (int k = 0; k < m.rows; k++) {
-                    quoly_handle product;
-                    quoly_mult(m.cell(i + k * m.rows), adj.cell(k + j * m.rows), product.slot());
-                    best_quoly_add(sum.slot(), product.release());
-                }
-                if (i == j) quoly_sub(sum.get(), d.get(), sum.slot());
-                EXPECT_TRUE(quoly_is_zero(sum.get())) << rows;
-            }
+        expect_product(m, adj, d.get(), rows);
         m.clear();
         run("@[m]");
     }
