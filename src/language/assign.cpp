@@ -6,7 +6,6 @@
 #include "matrix/sparse.h"
 #include "numbers/handles.h"
 #include "top/driver.h"
-#include "top/guards.h"
 
 namespace tolvek {
 
@@ -26,7 +25,7 @@ static void give_value(const place &at, quolynode **result, name **cursor) {
 
 /* The right side is complete before the target changes. */
 static void assign_value(stream *input, place &at, quolynode **result, name **cursor) {
-    kept_value<int> held(cells_held, cells_held + at.cell);
+    held_cells held(at.cell);
     scanner(input, token, cursor);
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
@@ -80,7 +79,7 @@ static void warn_in_table_field() {
 
 static void increase(stream *input, place &at, quolynode **result, name **cursor) {
     bool minus = token_is(token, "-");
-    kept_value<int> held(cells_held, cells_held + at.cell);
+    held_cells held(at.cell);
     scanner(input, token, cursor);
     quoly_handle step;
     read_step(input, step.slot(), cursor);

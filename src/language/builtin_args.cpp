@@ -79,6 +79,7 @@ void named_place::read_element(builtin_call &call, token_record &array_name) {
         at.array = a;
         at.index = index;
     }
+    cells_held++;
     call.read_on();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "language/expressions.h"
+#include "matrix/arrays.h"
 #include "quoly/quoly.h"
 #include "top/guards.h"
 
@@ -34,6 +35,7 @@ class named_place {
   private:
     void read_element(builtin_call &call, token_record &array_name);
     place at;
+    kept_value<int> held{cells_held}; /* an element is held as long as this lives */
 };
 
 /* An argument: a value of its own, or what stands in a named place, which is neither copied nor freed. */

@@ -17,6 +17,9 @@ class array_argument {
     array_record *whole() const;                 /* error 182 */
     array_record *whole_sparse() const;          /* errors 182, 333 */
     array_region region;
+
+  private:
+    held_cells held;
 };
 
 } // namespace tolvek

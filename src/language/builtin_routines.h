@@ -16,9 +16,9 @@ void builtin_move(builtin_call &call); /* Move(^x, ^y): y takes the value of x, 
 void builtin_numvars(builtin_call &call);
 void builtin_product(builtin_call &call); /* Prod<...>[...] */
 void builtin_rename(builtin_call &call);  /* Rname(x, y), also of functions and arrays: another name */
-void builtin_return(builtin_call &call); /* Return(e) */
-void builtin_sigma(builtin_call &call);  /* Sigma<...>[...] */
-void builtin_swap(builtin_call &call);   /* Swap(^x, ^y) */
+void builtin_return(builtin_call &call);  /* Return(e) */
+void builtin_sigma(builtin_call &call);   /* Sigma<...>[...] */
+void builtin_swap(builtin_call &call);    /* Swap(^x, ^y) */
 void builtin_time(builtin_call &call);
 void builtin_tone(builtin_call &call);
 void builtin_true(builtin_call &call);
@@ -28,13 +28,13 @@ void builtin_true(builtin_call &call);
 void builtin_array(builtin_call &call);            /* Array x[3], y[2,2] Sparse */
 void builtin_array_expression(builtin_call &call); /* Trans, Diag: a statement of its own; a matrix goes to [<] */
 void builtin_cols(builtin_call &call);             /* Cols[x]: errors 28, 96, 97, 175 */
-void builtin_determinant(builtin_call &call); /* Det [x]; Det#([x] > e) counts; Det^[x], Det _[x], Det _+[x] places */
-void builtin_iszero(builtin_call &call);      /* Iszero[x], Iszero(e): error 184 */
-void builtin_least_entry(builtin_call &call); /* Detl[x], Detl+[x]: as Det _[x] */
-void builtin_sparse(builtin_call &call);      /* Sparse[x]: an ordinary array turns sparse */
-void builtin_sum_of_entries(builtin_call &call); /* Sumup[x] */
-void builtin_trace(builtin_call &call);          /* Trace[x] */
-void give_cells_of_array(builtin_call &call);    /* Deg[x], with "[" as the token */
+void builtin_iszero(builtin_call &call);           /* Iszero[x], Iszero(e): error 184 */
+void builtin_sparse(builtin_call &call);           /* Sparse[x]: an ordinary array turns sparse */
+void builtin_sum_of_entries(builtin_call &call);   /* Sumup[x] */
+void builtin_trace(builtin_call &call);            /* Trace[x] */
+void give_cells_of_array(builtin_call &call);      /* Deg[x], with "[" as the token */
+/* Ham [x], Ham([x], limit): reads them and ends the statement, as the search is not there. Errors 1, 15, 23. */
+void builtin_hamiltonian_path(builtin_call &call);
 
 /* ---- determinants (builtins_determinant.cpp) ---- */
 
@@ -42,6 +42,8 @@ void give_cells_of_array(builtin_call &call);    /* Deg[x], with "[" as the toke
    Errors 15, 46, 64 to 66, 119, 227, 241, 351. */
 void builtin_determinant(builtin_call &call);
 void builtin_least_entry(builtin_call &call); /* Detl[x], Detl+[x]: as Det _[x] */
+/* SDet(k, [s], factor, ...): of a sparse matrix. Errors 177, 202, 227, 333, 364, 377 and those of Det. */
+void builtin_sparse_determinant(builtin_call &call);
 
 /* ---- arrays that change in place (builtins_array_change.cpp) ---- */
 
@@ -51,6 +53,7 @@ void builtin_exchange_rows(builtin_call &call);
 void builtin_reverse(builtin_call &call);          /* Reverse([x]): the cells, or the rows of a sparse array */
 void builtin_sort(builtin_call &call);             /* Sort([x]): errors 369, 370, 372 */
 void builtin_sparse_transpose(builtin_call &call); /* STrans([x]): error 333 */
+void builtin_sets_of_rows(builtin_call &call);     /* Synth([x], w, k, i, ...): errors 202, 333, 373 */
 void kill_denominators(builtin_call &call);        /* Killden([x]), with "[" as the token */
 
 /* ---- arrays and polynomials (builtins_array_poly.cpp) ---- */

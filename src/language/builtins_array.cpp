@@ -4,6 +4,7 @@
 #include "matrix/array_arithmetic.h"
 #include "matrix/array_statements.h"
 #include "matrix/elements.h"
+#include "top/driver.h"
 
 namespace tolvek {
 
@@ -85,6 +86,38 @@ void builtin_iszero(builtin_call &call) {
     arr_fact(call.input, call.cursor, m);
     m.fill_holes();
     call.give(all_zero(m));
+}
+
+/* ---- paths in graphs ---- */
+
+/* The matrix of a graph: an entry for each edge. */
+static void check_graph(const matrix_value &m) {
+    constexpr int most_vertices = 100;
+    if (m.is_scalar() || m.is_sparse() || !m.is_square() || m.rows > most_vertices) array_error(23, token);
+}
+
+/* Behind the matrix: one value at most, and ")". */
+static void read_limit(builtin_call &call) {
+    if (token_is(token, ",")) {
+        held_value matrix;
+        quoly_handle limit;
+        call.read_on();
+        old_expre(call.input, limit.slot(), call.cursor);
+    }
+    if (token_is(token, ",")) array_error(15, token);
+    close_paren(call);
+}
+
+void builtin_hamiltonian_path(builtin_call &call) {
+    matrix_value m;
+    call.read_on();
+    const bool list = token_is(token, "(");
+    if (list) call.read_on();
+    (list ? arr_expre : arr_fact)(call.input, call.cursor, m);
+    check_graph(m);
+    if (list) read_limit(call);
+    say("not implemented\n");
+    abandon_statement();
 }
 
 } // namespace tolvek

@@ -1,4 +1,5 @@
-/* Built-in functions that change named arrays in place. */
+/* Built-in functions that change named arrays in place. Rows of a sparse array that a computation outside has borrowed stay
+   as they are: own_rows gives the array rows of its own first. */
 #include "language/builtin_array_args.h"
 #include "language/builtin_routines.h"
 #include "matrix/sparse.h"
@@ -17,6 +18,10 @@ static void exchange(quolynode *&a, quolynode *&b) {
     b = kept;
 }
 
+static void refuse_part_of_sparse(const array_region &region) {
+    if (region.sub && region.array->sparse_head) array_error(244, region.tok);
+}
+
 /* "(" array ")" */
 static array_region only_argument(builtin_call &call) {
     check_for_paren(call);
@@ -31,7 +36,10 @@ static array_region only_argument(builtin_call &call) {
 
 void builtin_reverse(builtin_call &call) {
     array_record *a = only_argument(call).array;
-    if (a->sparse_head) return reverse_rows(a->sparse_head, a->rows);
+    if (a->sparse_head) {
+        own_rows(a);
+        return reverse_rows(a->sparse_head, a->rows);
+    }
     for (int64_t i = 0, j = a->size - 1; i < j; i++, j--) exchange(element(a, i), element(a, j));
 }
 
@@ -87,8 +95,8 @@ static void exchange_rows_of_sparse(array_record *a, int64_t i, int64_t j) {
 
 /* The entries of one row in two columns, low < high: a lone one moves along the row. */
 static void exchange_in_row(colm **row, int32_t low, int32_t high) {
-    colm **x = find_entry(row, low), *first = *x && (*x)->column == low ? *x : nullptr;
-    colm **y = find_entry(x, high), *second = *y && (*y)->column == high ? *y : nullptr;
+    colm **x = find_entry(row, low), *first = entry_at(x, low);
+    colm **y = find_entry(x, high), *second = entry_at(y, high);
     if (first && second) return exchange(first->value, second->value);
     if (first) {
         *x = first->next;
@@ -107,6 +115,7 @@ static void exchange_in_row(colm **row, int32_t low, int32_t high) {
 static void exchange_lines(const array_region &region, bool rows, int64_t i, int64_t j) {
     array_record *a = region.array;
     if (i == j) return;
+    if (a->sparse_head) own_rows(a);
     if (a->sparse_head && rows) return exchange_rows_of_sparse(a, i, j);
     if (a->sparse_head) {
         row_walk walk(a->sparse_head);
@@ -125,11 +134,14 @@ static void exchange_command(builtin_call &call, bool rows) {
     call.read_on();
     if (!token_is(token, "[") && !token_is(token, "*")) array_error(179, token);
     array_argument a(call);
-    if (a.region.sub && a.region.array->sparse_head) array_error(244, a.region.tok);
+    refuse_part_of_sparse(a.region);
     const int64_t n = rows ? a.region.rows : a.region.cols;
     const int64_t i = read_place(call, n), j = read_place(call, n);
     if (!token_is(token, ")")) array_error(70, token);
     call.read_on();
+    const array_record *now = a.region.array; /* an argument may have changed it */
+    refuse_part_of_sparse(a.region);
+    if (std::max(i, j) >= (a.region.sub ? n : rows ? now->rows : now->cols())) array_error(181, token);
     exchange_lines(a.region, rows, i, j);
 }
 
@@ -161,6 +173,7 @@ static void sort_cells(array_record *a) {
 static void sort_rows(array_record *a) {
     constexpr int32_t most_rows = 5000 * frame_rows;
     if (a->rows > most_rows) array_error(372, a->tok);
+    own_rows(a);
     buffer<colm *> rows;
     row_walk walk(a->sparse_head);
     for (int32_t r = 0; r < a->rows; r++, walk.next()) {
@@ -204,7 +217,8 @@ void kill_denominators(builtin_call &call) {
     array_record *a = region.array;
     close_paren(call);
     if (a->sparse_head) {
-        if (region.sub) array_error(244, region.tok);
+        refuse_part_of_sparse(region);
+        own_rows(a);
         row_walk walk(a->sparse_head);
         for (int32_t r = 0; r < a->rows; r++, walk.next())
             for (colm *c = *walk; c; c = c->next) kill_denominator(&c->value);

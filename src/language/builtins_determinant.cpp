@@ -137,19 +137,23 @@ static void give_determinant(builtin_call &call, matrix_value &m, const determin
         mat_determinant(m, hints, call.result);
 }
 
+/* [x], factor, degree, degree, power and ")", with the token in front of them. */
+static void read_determinant_list(builtin_call &call, matrix_value &m, determinant_arguments &arguments) {
+    call.read_on();
+    if (token_is(token, ")") || token_is(token, ",")) array_error(46, token);
+    arr_expre(call.input, call.cursor, m);
+    arguments.read(call);
+    close_paren(call);
+}
+
 /* Det [x], Det([x], factor, degree, degree, power) */
 static void determinant_of(builtin_call &call) {
     matrix_value m;
     determinant_arguments arguments;
-    if (!token_is(token, "(")) {
+    if (token_is(token, "("))
+        read_determinant_list(call, m, arguments);
+    else
         arr_fact(call.input, call.cursor, m);
-    } else {
-        call.read_on();
-        if (token_is(token, ")") || token_is(token, ",")) array_error(46, token);
-        arr_expre(call.input, call.cursor, m);
-        arguments.read(call);
-        close_paren(call);
-    }
     give_determinant(call, m, arguments.hints);
 }
 
@@ -163,6 +167,22 @@ void builtin_determinant(builtin_call &call) {
         place_of_extreme(call, false, true);
     else
         determinant_of(call);
+}
+
+/* SDet(k, [s], ...): the value does not depend on k, the number of primes that an interpolation may take as points. */
+void builtin_sparse_determinant(builtin_call &call) {
+    constexpr int fewest_primes = 2;
+    if (lintmode) array_error(377, token);
+    check_for_paren(call);
+    argument primes;
+    primes.read_expression(call);
+    if (integer_argument(primes.get(), 227) < fewest_primes) array_error(364, token);
+    if (!token_is(token, ",")) array_error(202, token);
+    matrix_value m;
+    determinant_arguments arguments;
+    read_determinant_list(call, m, arguments);
+    if (!m.is_sparse()) array_error(333, token);
+    give_determinant(call, m, arguments.hints);
 }
 
 void builtin_least_entry(builtin_call &call) { place_of_extreme(call, false, true); }

@@ -101,6 +101,7 @@ void term(stream *input, place &at, quolynode **result, name **cursor) {
         place right;
         {
             held_value left;
+            held_cells cell(at.cell);
             fact(input, right, temporary.slot(), cursor, 0);
         }
         if (*result)

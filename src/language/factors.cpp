@@ -212,6 +212,7 @@ static void power(factor &f) {
     number_handle exponent;
     {
         held_value base;
+        held_cells cell(f.at.cell);
         get_exponent(f.input, f.cursor, &exponent, 1);
     }
     own_value(f.at, f.result);

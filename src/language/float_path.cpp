@@ -328,6 +328,7 @@ static void iassignment(stream *input, const place &at, name **cursor) {
         error(316, token);
         return;
     }
+    held_cells cell(!at.array);
     scanner(input, token, cursor);
     if (op == '=') {
         store_flote(at, old_iexpre(input, cursor));

@@ -6,7 +6,7 @@
 #include "language/functions.h"
 #include "language/run.h"
 #include "matrix/array_names.h"
-#include "matrix/sparse.h"
+#include "matrix/matrix_value.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
 #include "top/driver.h"
@@ -94,21 +94,21 @@ static void read_equals(stream *input, name **cursor) {
 }
 
 /* Marks the rows that have an entry in the column. */
-static void mark_rows(array_record *a, int32_t column, buffer<bool> &marks) {
-    row_walk walk(a->sparse_head);
-    for (int32_t r = 0; r < a->rows; r++) {
+static void mark_rows(const matrix_value &m, int32_t column, buffer<bool> &marks) {
+    row_walk walk(m.sparse);
+    for (int32_t r = 0; r < m.rows; r++) {
         if (r % 65536 == 0) safe_point();
         if (get_sparse(column, walk)) marks[static_cast<std::size_t>(r)] = true;
     }
 }
 
 /* A column as the user counts it; the result counts from 1. */
-static int32_t read_column(stream *input, const array_record *a, name **cursor) {
+static int32_t read_column(stream *input, const matrix_value &m, name **cursor) {
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
     if (!value->is_num) array_error(118, token);
     const int64_t column = integer_argument(value.get(), 27) - addresser;
-    if (column < 0 || column >= a->cols()) array_error(27, token);
+    if (column < 0 || column >= m.cols()) array_error(27, token);
     return static_cast<int32_t>(column + 1);
 }
 
@@ -116,18 +116,19 @@ static int32_t read_column(stream *input, const array_record *a, name **cursor) 
 static void read_rows(stream *input, name **cursor, loop_range &range) {
     array_region region;
     left_side(input, cursor, region, false);
-    array_record *a = existing(region);
-    if (!a->sparse_head) array_error(335, region.tok);
+    if (!existing(region)->sparse_head) array_error(335, region.tok);
     modular_pause pause;
+    matrix_value m;
+    m.borrow_sparse(region.array);
     buffer<bool> marks;
-    marks.resize(static_cast<std::size_t>(a->rows));
+    marks.resize(static_cast<std::size_t>(m.rows));
     for (bool &mark : marks) mark = false;
-    mark_rows(a, read_column(input, a, cursor), marks);
+    mark_rows(m, read_column(input, m, cursor), marks);
     while (token_is(token, ",")) {
         scanner(input, token, cursor);
-        mark_rows(a, read_column(input, a, cursor), marks);
+        mark_rows(m, read_column(input, m, cursor), marks);
     }
-    for (int32_t r = 0; r < a->rows; r++)
+    for (int32_t r = 0; r < m.rows; r++)
         if (marks[static_cast<std::size_t>(r)]) range.rows.push(r + static_cast<int32_t>(addresser));
     range.by_rows = true;
     range.step = 1;

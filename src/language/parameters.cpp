@@ -30,6 +30,12 @@ variable *pending_call::add(const parameter *p) {
     return v;
 }
 
+bool pending_call::has_arrays() const {
+    const variable *v = first;
+    while (v && !v->array) v = v->next_of_call;
+    return v != nullptr;
+}
+
 variable *pending_call::link() {
     for (variable *v = first; v; v = v->next_of_call)
         if (v->array && !is_linked(v->array->aliased)) array_error(28, v->array->aliased->tok);
@@ -98,6 +104,7 @@ static void read_arguments(stream *input, const function *f, pending_call &call,
         variable *v = call.add(p);
         if (!token_is(token, ")")) scanner(input, token, cursor);
         kept_value<int> earlier(values_held, values_held + (p != f->params));
+        held_cells arrays(call.has_arrays());
         (p->by_reference ? read_reference : read_value)(input, v, cursor);
         if (!token_is(token, ",") && !token_is(token, ")")) error(14, token);
     }

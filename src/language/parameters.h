@@ -18,6 +18,7 @@ class pending_call {
     variable *add(const parameter *p);
     /* Now the parameters shadow the caller's names. Error 28: an array has gone since its argument was read. */
     variable *link();
+    bool has_arrays() const; /* an argument was an array: it is on its table, and its cells stay where they are */
 
   private:
     variable *first = nullptr, **place = &first;

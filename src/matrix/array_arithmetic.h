@@ -56,10 +56,11 @@ void add_to_diag(const quolynode *q, matrix_value &m);
 void matrix_power(matrix_value &m, const number *exponent);
 /* The same for a dense matrix, squares by fast_mat_mult. Errors 172, 242. */
 void alt_mat_power(matrix_value &m, const number *exponent);
-/* m^e with entries reduced modulo a number or a monic polynomial; null: no modulus. Errors 172, 197, 198, 287, 291, 323. */
+/* m^e with entries reduced modulo a number of 1 or above after each step; null: no modulus. Errors 172, 287 an exponent
+   below 0, 323 an entry with a denominator. */
 void matpowermod(matrix_value &m, const number *exponent, const quolynode *modulus);
 /* m := the polynomial at the square matrix m; its coefficients, in other variables too, scale the powers. Errors 241, 186 a
-   denominator. */
+   denominator, 198 a negative exponent. */
 void quoly_at_matrix(const quolynode *p, matrix_value &m);
 
 /* ---- shape and contents (array_measures.cpp) ---- */

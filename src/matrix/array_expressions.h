@@ -27,8 +27,9 @@ void evaluate_at_array(stream *input, name **cursor, matrix_value &p);
 /* The same behind a scalar factor: the matrix goes to the system array, and *q becomes 0. */
 void evaluate_into_syst_array(stream *input, name **cursor, quolynode **q);
 
-/* An expression as a statement: a matrix goes to the system array, and *result is 0;
-   a scalar is the result. */
+/* The value of a statement: a matrix goes to the system array, and *result is 0; a scalar is the result. */
+void give_statement_value(matrix_value &value, quolynode **result);
+/* An expression as a statement. */
 void array_expression(stream *input, quolynode **result, name **cursor);
 
 /* The shape that forms without one of their own take from where they stand: that of the operand on the left, or, for

@@ -3,6 +3,7 @@
 #include "matrix/array_arithmetic.h"
 #include "matrix/array_expressions.h"
 #include "matrix/array_literals.h"
+#include "matrix/determinant.h"
 #include "numbers/handles.h"
 #include "quoly/calculus.h"
 #include "quoly/compare.h"
@@ -49,6 +50,15 @@ static void transposition(array_factor &f) {
 static void diagonal(array_factor &f) {
     f.read_operand();
     extract_diagonal(f.result);
+}
+
+/* Adjoint factor */
+static void adjoint_matrix(array_factor &f) {
+    f.read_operand();
+    if (f.result.is_scalar()) array_error(72, token);
+    if (!f.result.is_square()) array_error(241, token);
+    if (f.result.is_sparse()) array_error(242, token);
+    adjoint(f.result);
 }
 
 static void greatest_integer(array_factor &f) {
@@ -156,6 +166,7 @@ static constexpr array_form array_forms[] = {
     {"Diag", diagonal},
     {"$", greatest_integer},
     {"|", absolute_value},
+    {"Adjoint", adjoint_matrix},
     {"Altmult", alternative_product},
     {"Altpower", alternative_power},
     {"MPowermod", modular_power},

@@ -32,6 +32,7 @@ static bool arrinsert(array_record *a, int64_t index, bool two_coords) {
 
 /* What the questions at the terminal change of the reading, for their time. */
 struct question_time {
+    held_cells held;
     token_record behind = token;
     int left = leftover;
     kept_value<int> terminal{tt_flag, 1};

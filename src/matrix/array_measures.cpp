@@ -42,8 +42,8 @@ static void sparse_diagonal(matrix_value &m, int32_t count) {
     sparse_handle column(count);
     row_walk from(m.sparse), to(column.get());
     for (int32_t r = 1; r <= count; r++, from.next(), to.next()) {
-        const colm *c = *find_entry(&*from, r);
-        if (!c || c->column != r) continue;
+        const colm *c = entry_at(&*from, r);
+        if (!c) continue;
         quoly_handle copy;
         quoly_assign(c->value, copy.slot());
         row_builder(&*to).add(1, copy);

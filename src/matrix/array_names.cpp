@@ -48,6 +48,7 @@ static index_range read_range(stream *input, name **cursor, int64_t count, int o
 void subarray(stream *input, name **cursor, array_region &region) {
     array_record *a = region.array;
     modular_pause pause;
+    held_cells held;
     index_range rows = read_range(input, cursor, a->rows, 56, 57), cols{0, a->cols() - 1};
     if (token_is(token, ",")) {
         cols = read_range(input, cursor, a->cols(), 58, 59);

@@ -156,12 +156,7 @@ void add_to_diag(const quolynode *q, matrix_value &m) {
         const bool found = *link && (*link)->column == r;
         quoly_add(found ? (*link)->value : quol_num_0, q, sum.slot());
         if (found) free_colm(link);
-        if (quoly_is_zero(sum.get())) continue;
-        colm *c = newcolm();
-        c->column = r;
-        c->value = sum.release();
-        c->next = *link;
-        *link = c;
+        if (!quoly_is_zero(sum.get())) insert_at(link, r, sum);
     }
 }
 

@@ -1,6 +1,7 @@
 /* Statements that begin with an array. How a value is stored: array_store.cpp. */
 #include "matrix/array_statements.h"
 
+#include "matrix/array_arithmetic.h"
 #include "matrix/array_expressions.h"
 #include "matrix/array_literals.h"
 #include "matrix/array_store.h"
@@ -21,30 +22,10 @@ struct statement_frame {
 
 /* ---- expressions ---- */
 
-/* The diagonal, as a column. */
-static void keep_diagonal(matrix_value &m) {
-    m.to_dense();
-    matrix_value diagonal;
-    const int64_t n = m.rows < m.cols() ? m.rows : m.cols();
-    m.own();
-    diagonal.make_dense(n, 1);
-    for (int64_t i = 0; i < n; i++) {
-        quolynode *&cell = m.cell(i * m.rows + i);
-        diagonal.cell(i) = cell;
-        cell = nullptr;
-    }
-    m.take(diagonal);
-}
-
 /* Goes on behind the first factor, and gives the value of the statement. */
 static void finish_expression(stream *input, quolynode **result, name **cursor, matrix_value &value) {
     half_arr_expre(input, cursor, value);
-    if (value.is_scalar()) {
-        value.scalar.release_to(result);
-        return;
-    }
-    fill_syst_array(value);
-    quoly_set(0, result);
+    give_statement_value(value, result);
 }
 
 void expression_of_array(stream *input, quolynode **result, name **cursor, array_record *a) {
@@ -62,7 +43,7 @@ static void expression_of_region(stream *input, quolynode **result, name **curso
     statement_frame frame({}, 0);
     matrix_value value;
     fetch_region(region, value);
-    if (diagonal) keep_diagonal(value);
+    if (diagonal) extract_diagonal(value);
     finish_expression(input, result, cursor, value);
 }
 
@@ -95,6 +76,7 @@ static void assign_array(stream *input, quolynode **result, name **cursor, array
     matrix_value value;
     {
         statement_frame frame(target, region.array && region.array->sparse_head && !diagonal);
+        held_cells held(region.sub || token_is(region.tok, "%"));
         scanner(input, token, cursor);
         arr_expre(input, cursor, value);
     }

@@ -15,6 +15,7 @@
 
 #include "language/names.h"
 #include "quoly/quoly.h"
+#include "top/guards.h"
 #include "top/text_io.h"
 #include "top/tolvek.h"
 
@@ -117,7 +118,16 @@ void fill_sparse(array_record *a);
 /* ---- what waits ---- */
 
 extern int borrowed_matrices; /* matrices in flight that point to values of arrays */
-extern int cells_held;        /* slots of ordinary elements that frames hold while they evaluate something else */
+extern int cells_held;        /* frames that hold a slot of the element table, or the record of an array */
+/* While it lives, the element table stays as it is and no record of an array is used again. Whoever evaluates something
+   else between finding an array, or one of its cells, and using it keeps one. */
+class held_cells {
+  public:
+    explicit held_cells(bool yes = true) : held(cells_held, cells_held + yes) {}
+
+  private:
+    kept_value<int> held;
+};
 /* May anything outside hold the value of an array, or an entry of a row? */
 inline bool values_are_held() { return levelcount > 1 || borrowed_matrices > 0; }
 bool entries_are_held();
@@ -130,7 +140,7 @@ void take_rows_back(const sparse_frame *head);
 /* Called before a sparse array changes: rows that are borrowed stay as they are, and the array, with the parameters that
    share them, gets a copy. */
 void own_rows(array_record *a);
-void drop_entry(colm *c);                         /* unlinked; its value is dropped too */
+void drop_entry(colm *c); /* unlinked; its value is dropped too */
 /* Frees what waits, and closes the gaps of the element table. Called when the outermost statement has ended. */
 void release_pending_arrays();
 /* Deletes everything, for tests. */

@@ -203,8 +203,8 @@ static void remove_hidden_arrays() {
         }
 }
 
-/* Nobody holds a slot of the table, or a value that waits. */
-static bool cells_may_move() { return !values_are_held() && values_held == 0 && cells_held == 0; }
+/* Nobody holds a slot of the table, the record of an array, or a value that waits. */
+static bool cells_may_move() { return !values_are_held() && cells_held == 0; }
 
 bool is_shared(const array_record *a) { return a->is_parameter() || has_parameter(a); }
 

@@ -204,7 +204,6 @@ void fetch_array(array_record *a, matrix_value &m, const token_record *shown_nam
 void fill_syst_array(matrix_value &m) {
     m.own();
     clear_syst();
-    if (m.is_scalar()) return;
     syst.rows = m.rows;
     syst.size = m.size;
     syst.sparse_head = m.sparse;

@@ -99,7 +99,7 @@ class matrix_value {
     void forget();
 };
 
-/* Sets the system array to the value, which is consumed; a scalar goes to *result instead. */
+/* Sets the system array to the matrix, which is consumed. */
 void fill_syst_array(matrix_value &m);
 /* The matrix of an array, borrowed; of the system array a copy. Null cells become 0, with a warning under the name of the
    array, or the one that is given. */

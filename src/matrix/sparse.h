@@ -66,6 +66,11 @@ class row_builder {
 
 /* The first link whose entry has at least the column; it may hold null. */
 colm **find_entry(colm **row, int32_t column);
+colm *entry_at(colm **row, int32_t column); /* the entry of the column, or null */
+/* A new entry at the link, which takes the value over. */
+void insert_at(colm **link, int32_t column, quoly_handle &value);
+/* Unlinks the entry at the link. Its own link stays as it is: somebody may stand on it. */
+void delete_at(colm **link);
 /* The value, or the constant 0. */
 const quolynode *spar_retrieve(sparse_frame *head, int32_t row, int32_t column);
 /* The same for a scan by rows: the entry of the column or null; the walk goes on to the next row. */

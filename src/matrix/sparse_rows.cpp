@@ -84,7 +84,7 @@ colm **find_entry(colm **row, int32_t column) {
     return row;
 }
 
-static colm *entry_at(colm **row, int32_t column) {
+colm *entry_at(colm **row, int32_t column) {
     colm *c = *find_entry(row, column);
     return c && c->column == column ? c : nullptr;
 }
@@ -109,8 +109,7 @@ sparse_place place_of(int64_t a, int64_t b, const array_record *array, bool two_
     return {static_cast<int32_t>(a % array->rows) + 1, static_cast<int32_t>(a / array->rows) + 1};
 }
 
-/* A new entry at the link, which takes the value over. */
-static void insert_at(colm **link, int32_t column, quoly_handle &value) {
+void insert_at(colm **link, int32_t column, quoly_handle &value) {
     colm *c = newcolm();
     c->column = column;
     c->value = value.release();
@@ -118,8 +117,7 @@ static void insert_at(colm **link, int32_t column, quoly_handle &value) {
     *link = c;
 }
 
-/* Unlinks the entry at the link. Its own link stays as it is: somebody may stand on it. */
-static void delete_at(colm **link) {
+void delete_at(colm **link) {
     colm *c = *link;
     *link = c->next;
     drop_entry(c);

@@ -132,6 +132,7 @@ static bool array_item(output_call &w) {
     item_form form;
     left_side(w.input, w.cursor, region, true, 28);
     existing(region);
+    held_cells held;
     if (width_follows(w) && !handle_colon(w, form)) return false;
     arrdisplay(w.out, region,
                {.on_screen = w.to_screen(),

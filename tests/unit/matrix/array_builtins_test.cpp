@@ -1,5 +1,6 @@
 /* Built-in functions of arrays at the prompt. */
 #include "array_operands.h"
+#include "support/reports.h"
 
 #include <algorithm>
 
@@ -77,6 +78,47 @@ TEST_F(array_builtins, a_determinant_may_be_told_what_is_known) {
     refused("Det([p]", 1);
     refused("Det()", 46);
     refused("Det([p], t + 2)", 305);
+}
+
+TEST_F(array_builtins, determinants_of_sparse_arrays_do_not_depend_on_the_number_of_primes) {
+    run("Array m[3,3] Sparse; m[1,1] := t; m[1,2] := 7; m[2,3] := 3; m[3,2] := u - 1"); /* -3 t (u - 1) */
+    expect_values(*this, {
+                             {"SDet(2, [m]) + 3*t*(u - 1)", "0"},
+                             {"SDet(1000, [m], t) + 3*(u - 1)", "0"},
+                             {"SDet(2, [m]^2, , 4, 4, 8) - 9*t^2*(u - 1)^2", "0"},
+                         });
+    expect_errors(*this, {
+                             {"SDet [m]", 177},
+                             {"SDet(t, [m])", 227},
+                             {"SDet(1, [m])", 364},
+                             {"SDet(-2, [m])", 364},
+                             {"SDet(^n, [m])", 313},
+                             {"SDet(2)", 202},
+                             {"SDet(2,)", 46},
+                             {"SDet(2, [m]", 1},
+                             {"SDet(2, [m], , , , , 1)", 15},
+                             {"SDet(2, [m], , , , 0)", 351},
+                             {"SDet(2, [q])", 333},
+                             {"SDet(2, 3)", 333},
+                             {"SDet(2, [s])", 241},
+                         });
+    run("&(p = 7)");
+    EXPECT_TRUE(raises(run("SDet(2, [m])"), 377));
+    run("&p");
+}
+
+TEST_F(array_builtins, paths_through_all_vertices_are_asked_for_but_not_sought) {
+    run("Array g[101,101], e[100,100]; [g] := 1; [e] := 0");
+    for (const char *asked : {"Ham [q]", "Ham([q], 5)", "7 + Ham([e])"})
+        EXPECT_EQ(run(asked), "not implemented\n\n") << asked;
+    expect_errors(*this, {
+                             {"Ham [x]", 23},
+                             {"Ham [s]", 23},
+                             {"Ham [g]", 23},
+                             {"Ham 7", 23},
+                             {"Ham([q], 1, 2)", 15},
+                             {"Ham([q]", 1},
+                         });
 }
 
 TEST_F(array_builtins, zeros) {
@@ -222,6 +264,55 @@ TEST_F(array_builtins, a_sparse_array_is_transposed_in_place) {
     EXPECT_EQ(value_of("Cols[z]"), "3");
     EXPECT_EQ(value_of("z[4,3]"), "16");
     EXPECT_EQ(value_of("Cols[s]"), "4");
+    run("@F");
+}
+
+TEST_F(array_builtins, columns_of_a_sparse_array_are_sets_of_rows) {
+    const char *sets =
+        "Array w[4,3] Sparse; w[1,1] := 2; w[3,1] := t; w[2,2] := 5; w[3,2] := 7; w[4,2] := -1; w[1,3] := 9";
+    run(sets);
+    EXPECT_EQ(value_of("Synth([w], 0, 3, 1, 2)"), "1"); /* row 3 is in both */
+    EXPECT_EQ(elements("w", 12), "2 0 t 0 0 5 7 -1 0 0 t 0");
+    run(sets);
+    EXPECT_EQ(value_of("Synth([w], 1, 3, 2, 1)"), "4"); /* the entries of the first column named go before */
+    EXPECT_EQ(elements("w", 12), "2 0 t 0 0 5 7 -1 2 5 7 -1");
+    run(sets);
+    EXPECT_EQ(value_of("Synth([w], 2, 1, 1, 2)"), "4");
+    EXPECT_EQ(elements("w", 12), "2 5 t -1 0 0 0 0 9 0 0 0");
+    EXPECT_EQ(value_of("Synth([w], 1, 2, 3)"), "1"); /* a single column: a copy */
+    EXPECT_EQ(value_of("Synth([w], 0, 3, 2, 1, 3)"), "1");
+    EXPECT_EQ(elements("w", 12), "2 5 t -1 9 0 0 0 9 0 0 0");
+    run("&a");
+    EXPECT_EQ(value_of("Synth([w], 2, 0, 1, 2)"), "1");
+    EXPECT_EQ(value_of("w[0,0]"), "9");
+    run("&a");
+    run("Func F(n) =\nSTrans([w]); n\n.");
+    expect_errors(*this, {
+                             {"Synth [w]", 177},
+                             {"Synth(3)", 178},
+                             {"Synth([w[1,]], 0, 1, 2)", 182},
+                             {"Synth([q], 0, 1, 2)", 333},
+                             {"Synth([w])", 202},
+                             {"Synth([w], 0, 1)", 202},
+                             {"Synth([w], 3, 1, 2)", 373},
+                             {"Synth([w], -1, 1, 2)", 373},
+                             {"Synth([w], t, 1, 2)", 373},
+                             {"Synth([w], 0, 4, 2)", 373},
+                             {"Synth([w], 0, 1, 0)", 373},
+                             {"Synth([w], 0, 1, t)", 373},
+                             {"Synth([w], 0, ^n, 2)", 313},
+                             {"Synth([w], 0, 1, 2", 1},
+                         });
+    run("@[w]; Array w[2,5] Sparse; w[1,5] := 1");
+    EXPECT_TRUE(raises(run("Synth([w], 0, 5, 5, F(1))"), 373)); /* column 5 is no more when the columns are known */
+    EXPECT_EQ(elements("w", 10), "0 0 0 0 1 0 0 0 0 0");
+    run("@F");
+}
+
+TEST_F(array_builtins, an_argument_that_turns_the_array_leaves_no_row_to_exchange) {
+    run("Func F(n) =\nSTrans([s]); n\n.");
+    EXPECT_TRUE(raises(run("Switchcol([s], 4, F(1))"), 181));
+    EXPECT_EQ(elements("s", 12), "0 -6 0 0 0 0 0 0 2 0 0 8");
     run("@F");
 }
 

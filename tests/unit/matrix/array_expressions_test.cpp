@@ -1,5 +1,7 @@
 #include "array_operands.h"
 
+#include "matrix/array_arithmetic.h"
+
 using namespace tolvek;
 
 namespace {
@@ -190,6 +192,48 @@ TEST_F(array_expressions, negative_powers_are_powers_of_the_inverse) {
     check_arrays_unchanged();
 }
 
+/* Cofactors along the first row. */
+fraction determinant(const model &m) {
+    if (m.rows == 1) return m.at[0];
+    fraction sum = 0;
+    for (int64_t j = 0; j < m.cols; j++) {
+        model minor = model::of(m.rows - 1, m.rows - 1, false);
+        for (int64_t r = 1; r < m.rows; r++)
+            for (int64_t c = 0; c < m.cols; c++)
+                if (c != j) minor.cell(r - 1, c - (c > j)) = m.cell(r, c);
+        const fraction product = m.cell(0, j) * determinant(minor);
+        sum = j % 2 ? sum - product : sum + product;
+    }
+    return sum;
+}
+
+TEST_F(array_expressions, a_matrix_times_its_adjoint_is_its_determinant_on_the_diagonal) {
+    model singular = model::of(3, 3, false), two = model::of(2, 2, false), one = model::of(1, 1, false);
+    for (int64_t i = 0; i < 9; i++) singular.cell(i / 3, i % 3) = i + 1;
+    two.cell(1, 0) = 5;
+    one.cell(0, 0) = 1;
+    add("a33", singular);
+    add("a22", two);
+    for (const operand &a : operands) {
+        if (!a.value.matrix) {
+            refused("Adjoint " + a.text, 72);
+        } else if (a.value.rows != a.value.cols) {
+            refused("Adjoint " + a.text, 241);
+        } else if (a.value.sparse) {
+            refused("Adjoint " + a.text, 242);
+        } else {
+            model diagonal = model::of(a.value.rows, a.value.rows, false);
+            for (int64_t i = 0; i < diagonal.rows; i++) diagonal.cell(i, i) = determinant(a.value);
+            check("Adjoint " + a.text + "*" + a.text, diagonal);
+            check(a.text + "*Adjoint " + a.text, diagonal);
+        }
+    }
+    check("Adjoint [d11]", one);
+    check("Adjoint [a22]^2", value_of_operation('*', two, model::scalar(0))); /* the square of a nilpotent one */
+    check("Adjoint([a22] - [a22])", model::of(2, 2, false));
+    check_arrays_unchanged();
+}
+
 TEST_F(array_expressions, an_array_with_itself) {
     for (const operand &a : operands)
         for (char op : {'+', '-', '*', '_'}) {
@@ -324,6 +368,23 @@ TEST_F(array_expressions, polynomials_at_matrices_are_sums_of_powers) {
     }
     refused("t#[d23]", 241);
     refused("(1/t)#[d22]", 186);
+}
+
+TEST_F(array_expressions, polynomials_with_negative_exponents_are_taken_at_no_matrix) {
+    for (const int32_t last : {-1, -3}) {
+        quoly_handle p;
+        base_quoly(1, p.slot());
+        p->num->expo = last; /* x^-1, x^-3 as a Laurent polynomial holds them */
+        EXPECT_TRUE(unwinds([&] {
+            matrix_value m;
+            evaluate("[d22]", m);
+            quoly_at_matrix(p.get(), m);
+        }));
+        EXPECT_NE(last_text.find(message_text(198)), std::string::npos) << last_text;
+        p->num->expo = 1;
+    }
+    EXPECT_EQ(first_available, 1);
+    check_arrays_unchanged();
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 /* Array statements that are interrupted at each of their safe points, while a command level deletes what they work on. */
-#include "matrix/arrays.h"
-#include "matrix/matrix_value.h"
-#include "matrix/sparse.h"
-#include "support/fresh_system.h"
+#include "array_statement_fixture.h"
+
 #include "top/interrupts.h"
 
 using namespace tolvek;
@@ -11,17 +9,12 @@ namespace {
 
 long passed, note_at;
 
-struct array_statement_interrupts : fresh_exact_system {
+struct array_statement_interrupts : array_statements {
     void TearDown() override {
         watch_safe_points(nullptr);
-        forget_arrays();
-        fresh_exact_system::TearDown();
+        array_statements::TearDown();
     }
-    static array_record *find(const char *array_name) {
-        token_record t;
-        set_token(t, array_name);
-        return find_array(t);
-    }
+    /* The elements alone. */
     static std::string content(const char *array_name) {
         array_record *a = find(array_name);
         if (!a) return "none";
