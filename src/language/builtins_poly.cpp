@@ -161,13 +161,14 @@ void builtin_replace_coefficient(builtin_call &call) {
     poly_handle old, fresh;
     coefficient_of_power(before.get(), level, e, old.slot());
     poly_assign(wanted.get(), fresh.slot());
-    quoly_handle difference, power, exponent, result;
+    quoly_handle difference, power, result;
+    number_handle exponent; /* an integer in every ring */
     poly_to_value(fresh, difference.slot());
     poly_to_value(old, power.slot());
     best_quoly_sub(difference.slot(), power.release());
     base_quoly(level, power.slot());
-    quoly_set(e, exponent.slot());
-    raise_to_power(power.slot(), exponent->numb);
+    setvalue(e, &exponent);
+    raise_to_power(power.slot(), &exponent);
     fast_quoly_mult(difference.slot(), power.get());
     quoly_add(p.get(), difference.get(), result.slot());
     p.give(result, call);

@@ -7,6 +7,7 @@
 #include "language/run.h"
 #include "matrix/array_names.h"
 #include "matrix/matrix_value.h"
+#include "numbers/modular.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
 #include "top/driver.h"
@@ -23,13 +24,10 @@ constexpr int64_t loop_value_bound = 0x10000000; /* a loop value fits one digit 
 /* Writes the value straight into the variable's number. At a level above 1 the old value may be an operand of the
    interrupted computation: a new one takes its place. */
 static void set_loop_variable(token_record &t, int64_t value) {
-    auto v = static_cast<int32_t>(value);
-    if (modularmode) {
-        v = static_cast<int32_t>(value % modulus);
-        if (v < 0) v += modulus;
-    }
+    const int32_t v = modularmode ? residue_of_integer(value) : static_cast<int32_t>(value);
     variable *found = find_variable(t);
     if (found && found->value && found->value->is_num && levelcount == 1) {
+        drop_original(found->value);
         setvalue(v, found->value->numb);
         found->value->array_mark = 0;
         return;

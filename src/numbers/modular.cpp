@@ -8,6 +8,12 @@
 
 namespace tolvek {
 
+int32_t residue_of_integer(int64_t v) {
+    const uint64_t size = v < 0 ? -static_cast<uint64_t>(v) : static_cast<uint64_t>(v);
+    const uint32_t n = static_cast<uint32_t>(int32_t{modulus}), r = ring_divisor().remainder(size);
+    return static_cast<int32_t>(v < 0 && r && !finf ? n - r : r);
+}
+
 int32_t nmodmult(int32_t a, int32_t b) { return modmult(a, b); }
 
 int32_t spec_modmult(int32_t a, int32_t b) { return static_cast<int32_t>(static_cast<int64_t>(a) * b % (modulus - 1)); }

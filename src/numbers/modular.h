@@ -83,6 +83,9 @@ inline int32_t mod_sub(int32_t a, int32_t b, int32_t m) {
     return a >= b ? a - b : a - b + m;
 }
 
+/* The integer v in the modular ring: its residue, or in a table field the word of the last bits of its size. */
+int32_t residue_of_integer(int64_t v);
+
 /* ---- words and exponents: integers in every ring ---- */
 
 /* a * b mod m for a product below 2^32, divided only when it is not reduced yet. */

@@ -181,8 +181,7 @@ static int32_t index_of(const number *x) {
 }
 
 void nth_prime(quolynode **q) {
-    int32_t p = nth_prime(index_of((*q)->numb));
-    quoly_set(modularmode ? p % modulus : p, q);
+    quoly_set(nth_prime(index_of((*q)->numb)), q);
 }
 
 /* d, when it divides n: out of n, and in front of the list. */

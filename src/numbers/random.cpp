@@ -62,7 +62,7 @@ void randomize(int seed_flag, quolynode **q) {
     int32_t v = rand_integer();
     if (seed_flag) v = static_cast<int32_t>(std::labs(v + std::clock()) & 0xfffffff);
     quoly_handle value, denominator;
-    quoly_set(modularmode ? v % modulus : v, value.slot());
+    quoly_set(v, value.slot());
     if (!equal(&rand_denom_n, &number_1)) {
         number_handle copy;
         num_assign(&rand_denom_n, &copy);

@@ -19,7 +19,7 @@ namespace tolvek {
 /* ---- making and freeing ---- */
 
 void init_quoly_node(quolynode *q);           /* a plain number record with no chain yet */
-void quoly_set(int32_t value, quolynode **q); /* *q := the plain number `value` */
+void quoly_set(int32_t value, quolynode **q); /* *q := the integer as a plain number; in the modular ring its residue */
 void quoly_set_int64(int64_t value, quolynode **q);
 void quoly_set_flote(long double value, quolynode **q); /* float ring: *q := the plain number */
 void scalar_to_quoly(number *x, quolynode **q);         /* *q := the number x, whose chain it takes over */

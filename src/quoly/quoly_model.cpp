@@ -1,5 +1,6 @@
 /* Making, copying, freeing and reading quolys. */
 #include "numbers/handles.h"
+#include "numbers/modular.h"
 #include "numbers/number.h"
 #include "poly/canonical.h"
 #include "quoly/quoly.h"
@@ -58,8 +59,11 @@ static number *plain_number(quolynode **q) {
     return (*q)->numb;
 }
 
-void quoly_set(int32_t value, quolynode **q) { setvalue(value, plain_number(q)); }
-void quoly_set_int64(int64_t value, quolynode **q) { set_int64(value, plain_number(q)); }
+void quoly_set(int32_t value, quolynode **q) { quoly_set_int64(value, q); }
+void quoly_set_int64(int64_t value, quolynode **q) {
+    if (modularmode && (value < 0 || value >= modulus)) value = residue_of_integer(value);
+    set_int64(value, plain_number(q));
+}
 void quoly_set_flote(long double value, quolynode **q) { plain_number(q)->flote_val = value; }
 
 void scalar_to_quoly(number *x, quolynode **q) {

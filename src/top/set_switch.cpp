@@ -182,12 +182,14 @@ static void number_switch(switch_call &call, int letter) {
     bool local = changes_ring && token_is(token, ":");
     if (local) get_stream(call, names);
     if (!closed()) return;
-    if (changes_ring)
+    if (changes_ring) {
+        free_quoly(value.slot()); /* in the ring that it belongs to */
         assign_ring(back, figure, names.first());
-    else if (by_value)
+    } else if (by_value) {
         row->assign_value(call, value);
-    else
+    } else {
         run_row(row, figure, value, call);
+    }
 }
 
 /* ---- texts ---- */

@@ -46,6 +46,9 @@ io_hooks io{read_some_from_system, write_some_to_system};
 
 /* ---- reading ---- */
 
+static bool has_text(stream in) { return in->replay_at < in->replay.size() || in->at < in->end; }
+
+/* A command level that opens meanwhile may read more than its own lines. */
 static bool fill_block(stream in) {
     if (in->ended || in->failed || in->fd < 0) return false;
     if (in == &standard_input) flush(&standard_output);
@@ -58,6 +61,7 @@ static bool fill_block(stream in) {
         }
         if (count < 0 && (errno == EINTR || errno == EAGAIN)) {
             safe_point();
+            if (has_text(in)) return true;
             continue;
         }
         in->ended = true;
@@ -67,9 +71,9 @@ static bool fill_block(stream in) {
 }
 
 int peek_char(stream in) {
-    if (in->replay_at < in->replay.size()) return static_cast<unsigned char>(in->replay[in->replay_at]);
-    while (in->at == in->end)
+    while (!has_text(in))
         if (!fill_block(in)) return no_char;
+    if (in->replay_at < in->replay.size()) return static_cast<unsigned char>(in->replay[in->replay_at]);
     return static_cast<unsigned char>(in->block[in->at]);
 }
 

@@ -52,6 +52,15 @@ def at_the_prompt(program):
             say(session, "x", shown(5))
 
 
+def lines_typed_ahead_of_the_way_back(program):
+    """What came in one piece with the end of the level is still there behind it."""
+    for terminal in TERMINALS:
+        with started(program, terminal) as session:
+            open_level(session, 2)
+            session.send("7\n&_p\n8\n9\n")
+            session.expect(shown(7) + "2>" + RESUMED + shown(8) + ">" + shown(9) + ">")
+
+
 def two_in_a_row(program):
     for terminal in TERMINALS:
         with started(program, terminal) as session:
@@ -169,7 +178,7 @@ def main():
     global exact
     program = sys.argv[1]
     exact = program.endswith("exact")
-    return run_tests([at_the_prompt, two_in_a_row, while_an_answer_is_read, an_answer_is_given_up,
+    return run_tests([at_the_prompt, lines_typed_ahead_of_the_way_back, two_in_a_row, while_an_answer_is_read, an_answer_is_given_up,
                       behind_a_continuation_mark, to_the_ninth_level_and_beyond, the_previous_value_is_kept,
                       during_the_start, many_and_quickly, a_burst_is_no_harm], program)
 

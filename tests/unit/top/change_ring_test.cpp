@@ -106,6 +106,7 @@ TEST_F(change_ring_test, records_of_originals_go_back) {
     EXPECT_EQ(behind.polynodes, before.polynodes);
     EXPECT_EQ(behind.quolynodes, before.quolynodes);
     EXPECT_EQ(behind.colms, before.colms);
+    EXPECT_EQ(behind.digits, before.digits);
     EXPECT_EQ(value_of("y"), "7x + 1000000000000000000000000000000");
 }
 
@@ -141,6 +142,22 @@ TEST_F(change_ring_test, a_loop_that_counts_in_place_forgets_the_original) {
     EXPECT_EQ(value_of("y"), "1");
     run("&(p = _i:)");
     EXPECT_EQ(value_of("y"), "8");
+}
+
+TEST_F(change_ring_test, a_loop_variable_forgets_its_original) {
+    run("i := 8\n&(p = 7:)\nfor i = 1 to 1 do &> od");
+    EXPECT_EQ(value_of("i"), "1"); /* as 8 modulo 7, and yet assigned */
+    run("&(p = _i:)");
+    EXPECT_EQ(value_of("i"), "1");
+}
+
+TEST_F(change_ring_test, integers_that_functions_count_are_residues) {
+    run("&(J = x)\n&(p = 3)");
+    EXPECT_EQ(value_of("Terms(x^4 + x^3 + x^2 + x + 1)"), "-1");
+    EXPECT_EQ(value_of("Terms(x^2 + x + 1) + x"), "x");
+    EXPECT_EQ(value_of("Modulus"), "0");
+    EXPECT_EQ(value_of("x^Terms(x^4 + x^3 + x^2 + x + 1)"), "x^5"); /* an exponent is none */
+    EXPECT_EQ(value_of("2^Modulus"), "-1");
 }
 
 TEST_F(change_ring_test, a_sparse_array_that_changes_belongs_to_the_new_ring) {
