@@ -3,6 +3,7 @@
    is error 186. */
 #include "language/builtin_routines.h"
 #include "language/names.h"
+#include "numbers/handles.h"
 #include "numbers/int_gcd.h"
 #include "poly/add.h"
 #include "poly/coefficients.h"

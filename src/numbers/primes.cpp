@@ -180,9 +180,7 @@ static int32_t index_of(const number *x) {
     return x->num_len == 1 ? x->num_head->digit : 0;
 }
 
-void nth_prime(quolynode **q) {
-    quoly_set(nth_prime(index_of((*q)->numb)), q);
-}
+void nth_prime(quolynode **q) { quoly_set(nth_prime(index_of((*q)->numb)), q); }
 
 /* d, when it divides n: out of n, and in front of the list. */
 static void strip_factor(int32_t d, int32_t *n, numnode **list) {

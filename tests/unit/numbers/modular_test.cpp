@@ -137,6 +137,23 @@ TEST_F(residues, every_word_is_reduced) {
     EXPECT_EQ(word_divisor(1u << 31).remainder(UINT64_MAX), (1u << 31) - 1);
 }
 
+TEST_F(residues, of_integers_of_either_sign) {
+    for (int32_t m : telling_moduli) {
+        modulus = m;
+        for (int64_t v :
+             {int64_t{0}, int64_t{1}, int64_t{m} - 1, int64_t{m}, int64_t{m} + 1, int64_t{m} * m, INT64_MAX}) {
+            EXPECT_EQ(residue_of_integer(v), v % m) << v << " mod " << m;
+            EXPECT_EQ(residue_of_integer(-v), v % m ? m - v % m : 0) << -v << " mod " << m;
+        }
+    }
+    finf = f256 = 1; /* -v is v there */
+    modulus = 256;
+    EXPECT_EQ(residue_of_integer(259), 3);
+    EXPECT_EQ(residue_of_integer(-259), 3);
+    EXPECT_EQ(residue_of_integer(INT64_MIN), 0);
+    f256 = 0;
+}
+
 TEST_F(residues, sums_and_differences) {
     for (int32_t m : telling_moduli) {
         modulus = m;
