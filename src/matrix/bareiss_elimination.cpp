@@ -11,27 +11,11 @@ namespace tolvek {
 
 namespace {
 
-void as_polynomial(const quolynode *q, poly_handle &p) {
-    if (q->is_num)
-        quoly_to_poly(q, p.slot());
-    else
-        poly_assign(q->num, p.slot());
-}
-
-/* *q := *q / previous, without a remainder. In floats what rounding leaves does not count. */
-void trial_divide(quolynode **q, const quolynode *previous) {
-    if (quoly_is_zero(*q)) return;
-    if (flotemode || ((*q)->is_num && previous->is_num)) return fast_quoly_quot(q, previous, 0);
-    poly_handle a, b, quotient;
-    as_polynomial(*q, a);
-    as_polynomial(previous, b);
-    int failed = 0;
-    Lpoly_divide(a.get(), b.get(), quotient.slot(), polynames, &failed);
-    if (failed) {
-        tolvekerror(" Gauss-Bareiss");
-        abandon_statement();
-    }
-    poly_to_value(quotient, q);
+/* A value without a denominator as a polynomial; a number's is kept in p. */
+const polynode *as_polynomial(const quolynode *q, poly_handle &p) {
+    if (!q->is_num) return q->num;
+    quoly_to_poly(q, p.slot());
+    return p.get();
 }
 
 /* Cell (i, j) := (pivot * (i, j) - (i, k) * (k, j)) / previous */
@@ -58,6 +42,19 @@ bool small_for_interpolation(elimination &e) {
 }
 
 } // namespace
+
+void trial_divide(quolynode **q, const quolynode *divisor) {
+    if (quoly_is_zero(*q)) return;
+    if (flotemode || ((*q)->is_num && divisor->is_num)) return fast_quoly_quot(q, divisor, 0);
+    poly_handle a, b, quotient;
+    int failed = 0;
+    Lpoly_divide(as_polynomial(*q, a), as_polynomial(divisor, b), quotient.slot(), polynames, &failed);
+    if (failed) {
+        tolvekerror(" Gauss-Bareiss");
+        abandon_statement();
+    }
+    poly_to_value(quotient, q);
+}
 
 bool by_fraction_free_steps(elimination &e) {
     if (e.invert() || !e.no_denoms || (gauss_cutoff != 1 && !small_for_interpolation(e))) return false;

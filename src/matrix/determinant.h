@@ -3,7 +3,11 @@
    The methods, for a dense matrix in the order in which they are asked (determinant.cpp has the list): numbers go by
    residues, in floats by elimination in extended precision; polynomials by fraction-free elimination (E. Bareiss, 1968) if
    gauss_cutoff asks for it, otherwise by Gaussian elimination with fractions, whose last rows, minors_cut of them, are
-   expanded by minors. A sparse matrix is eliminated row by row, or inverted by the method of U. Leverrier and D. Faddeev.
+   expanded by minors. For a sparse one (sparse_determinant.cpp): minors of up to detcutoff rows, or 3; numbers by residues,
+   on lists of words; the same eliminations, row by row. Its inverse is found by the method of U. Leverrier and D. Faddeev.
+
+   detcutoff of 0 or more, gauss_cutoff of 1 and mod_matrix_ok of 0 turn the ways over residues off for matrices of integers:
+   so each method can be asked for. The values are the same.
 
    Everything is computed in the ring in force. Over a ring modulo a composite number, matrices of numbers are computed
    over the integers first. */

@@ -3,6 +3,7 @@
 
 #include "display/progress.h"
 #include "matrix/determinant.h"
+#include "matrix/minor_table.h"
 
 namespace tolvek {
 
@@ -41,7 +42,26 @@ bool adjoint_of_integers(matrix_value &m);
 void sparse_determinant(matrix_value &m, const determinant_hints &hints, quolynode **result);
 void invert_sparse(matrix_value &m); /* sparse again; error 44 */
 
+/* Steps of the choice, as above. */
+struct sparse_elimination {
+    matrix_value &m;
+    quolynode **result;
+    int n;
+    bool all_numbers, no_denoms;
+    int cut; /* remaining rows that are expanded by minors */
+};
+using sparse_step = bool (*)(sparse_elimination &e);
+
+bool by_sparse_words(sparse_elimination &e);     /* residues, and integers by way of them */
+bool by_sparse_bareiss(sparse_elimination &e);   /* without fractions, if the switches ask for it */
+bool by_sparse_fractions(sparse_elimination &e); /* any matrix */
+
 /* ---- shared by the eliminations ---- */
+
+/* *q := *q / divisor, without a remainder; in floats what rounding leaves does not count. Values without denominators. */
+void trial_divide(quolynode **q, const quolynode *divisor);
+/* Is the permutation that takes i to `of[i]` odd? It becomes the identity. */
+bool make_identity(buffer<int> &of);
 
 int64_t entry_mass(const quolynode *q); /* what an entry costs: of a number its digits, in a word ring 1 */
 
@@ -60,7 +80,6 @@ pivot_place place_pivot(elimination &e, int k, int columns);
 
 /* The square block of the last rows and columns from k on, by cofactors along the line with the most zeros: *result, which
    the caller has set, times the determinant. At most most_minor_rows rows. */
-constexpr int most_minor_rows = 40;
 void small_determ(elimination &e, int k, quolynode **result);
 
 } // namespace tolvek

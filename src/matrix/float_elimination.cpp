@@ -23,24 +23,25 @@ class float_elimination {
     }
     long double &at(int row, int column) { return cells[index_of(row) * index_of(n) + index_of(column)]; }
 
-    long double determinant(int minors_cut) {
-        long double product = 1;
+    /* Eliminates until at most so many rows are left: their number; -1: a pivot is missing. *product is multiplied by the
+       pivots, with their sign. The rows that are left have their first pivot in its place. */
+    int eliminate_until(int rows_left, long double *product) {
         for (int k = 0; k < n; k++) {
-            if (!place_pivot(k)) return 0;
-            if ((rows[index_of(k)] != k) != (columns[index_of(k)] != k)) product = -product;
-            if (n - k == 2 && minors_cut >= 2)
-                return product * (at(k, k) * at(k + 1, k + 1) - at(k, k + 1) * at(k + 1, k));
-            product *= at(k, k);
+            if (verbose) dumpitt(" ", k + 1, 0, 0, 0);
+            if (!place_pivot(k)) return -1;
+            if ((rows[index_of(k)] != k) != (columns[index_of(k)] != k)) *product = -*product;
+            if (n - k <= rows_left) return n - k;
+            *product *= at(k, k);
             eliminate(k);
         }
-        return product;
+        return 0;
     }
     bool invert() {
-        for (int k = 0; k < n; k++) {
-            if (!place_pivot(k)) return false;
-            eliminate(k);
-        }
+        long double product = 1;
+        if (eliminate_until(0, &product) < 0) return false;
+        if (verbose) dumpitt(" Now inverting upper triangular matrix, rank ", n, 1, 0, 0);
         invert_upper_triangle();
+        if (verbose) dumpitt("Restoring row and column ops. \n", -1, 1, 0, 0);
         for (int k = n - 1; k >= 0; k--) restore_column(k);
         for (int k = n - 1; k >= 0; k--) exchange_columns(rows[index_of(k)], k);
         for (int k = n - 1; k >= 0; k--) exchange_rows(columns[index_of(k)], k);
@@ -118,19 +119,43 @@ class float_elimination {
 
 } // namespace
 
-bool by_extended_precision(elimination &e) {
-    if (!e.all_numbers || !flotemode || (gauss_cutoff == 1 && !e.invert())) return false;
-    float_elimination floats(e);
-    tell_elimination(e);
-    if (!e.invert()) {
-        quoly_handle det;
-        quoly_set_flote(floats.determinant(e.minors_cut), det.slot());
-        e.multiply_result(det.get());
-        return true;
-    }
+static void multiply_by_float(elimination &e, long double x) {
+    quoly_handle factor;
+    quoly_set_flote(x, factor.slot());
+    e.multiply_result(factor.get());
+}
+
+/* The last rows are expanded by minors. */
+static void float_determinant(elimination &e, float_elimination &floats) {
+    long double product = 1;
+    const int rows_left = floats.eliminate_until(e.minors_cut, &product);
+    if (rows_left < 0) return e.finish_with_zero();
+    multiply_by_float(e, product);
+    if (rows_left == 0) return;
+    if (verbose) dumpitt(" Finish by minors, rank ", rows_left, 1, 0, 0);
+    const int first = e.n - rows_left;
+    for (int i = first; i < e.n; i++)
+        for (int j = first; j < e.n; j++) quoly_set_flote(floats.at(i, j), &e.cell(i, j));
+    small_determ(e, first, e.result);
+    if (quoly_is_zero(*e.result)) e.finish_with_zero(); /* without a sign */
+}
+
+static void float_inverse(elimination &e, float_elimination &floats) {
     if (!floats.invert()) array_error(44, token);
     for (int i = 0; i < e.n; i++)
         for (int j = 0; j < e.n; j++) quoly_set_flote(floats.at(i, j), &e.cell(i, j));
+}
+
+bool by_extended_precision(elimination &e) {
+    if (!e.all_numbers || !flotemode || (gauss_cutoff == 1 && !e.invert())) return false;
+    progress_level level;
+    if (verbose) dumpitt("Standard G.E. method, rank ", e.n, 1, 1, 1);
+    float_elimination floats(e);
+    if (e.invert())
+        float_inverse(e, floats);
+    else
+        float_determinant(e, floats);
+    level.leave(e.n, 0, 1);
     return true;
 }
 

@@ -1,7 +1,11 @@
 /* Determinants of matrices of integers, by residues modulo words.
 
    A matrix is given by its cells, column by column, each a plain number in the chain form; the flags of the ring play no
-   part. Cells come back unchanged. Work passes safe points at which nothing of the caller's is borrowed but the cells. */
+   part. Cells come back unchanged. Work passes safe points at which nothing of the caller's is borrowed but the cells.
+
+   Long determinants are not found by triangularisation modulo a bound, whose numbers are as long as the determinant at
+   every step: lifting takes about one step of that length. No switch asks for the one or the other, and no message tells
+   which it is. */
 #pragma once
 
 #include "matrix/word_matrix.h"

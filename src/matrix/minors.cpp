@@ -1,19 +1,11 @@
 #include "matrix/elimination_work.h"
+#include "matrix/minor_table.h"
 #include "top/interrupts.h"
 #include "top/stack_limit.h"
 
 namespace tolvek {
 
 namespace {
-
-/* A square of borrowed values, row by row. */
-struct minor_table {
-    int n;
-    buffer<const quolynode *> cells;
-
-    explicit minor_table(int rows) : n(rows), cells(static_cast<std::size_t>(rows) * static_cast<std::size_t>(rows)) {}
-    const quolynode *&at(int row, int column) { return cells[static_cast<std::size_t>(row * n + column)]; }
-};
 
 /* A row, or a column. */
 struct line {
@@ -85,23 +77,31 @@ void two_by_two(minor_table &m, quolynode **result) {
     first.release_to(result);
 }
 
+/* From here on minors are kept. In floats they are not: rounding would show in which order they are added. */
+constexpr int least_kept_rows = 4;
+
 void determinant_of(minor_table &m, quolynode **result) {
     check_stack();
     if (m.n == 1) return quoly_assign(m.at(0, 0), result);
     if (m.n == 2) return two_by_two(m, result);
+    if (m.n >= least_kept_rows && !flotemode && determinant_by_kept_minors(m, result)) return;
     const line l = emptiest_line(m);
     expand(m, l, result);
 }
 
 } // namespace
 
+void multiply_by_determinant(minor_table &m, quolynode **result) {
+    quoly_handle determinant;
+    determinant_of(m, determinant.slot());
+    fast_quoly_mult(result, determinant.get());
+}
+
 void small_determ(elimination &e, int k, quolynode **result) {
     minor_table block(e.n - k);
     for (int row = k; row < e.n; row++)
         for (int column = k; column < e.n; column++) block.at(row - k, column - k) = e.cell(row, column);
-    quoly_handle determinant;
-    determinant_of(block, determinant.slot());
-    fast_quoly_mult(result, determinant.get());
+    multiply_by_determinant(block, result);
 }
 
 } // namespace tolvek

@@ -85,6 +85,7 @@ static void by_lifts(elimination &e) {
     number_handle det;
     const uint32_t residue = residue_of_determinant(integers.view(), &det);
     if (!e.invert()) return multiply_by_residue(e, residue);
+    if (residue == 0) array_error(44, token);
     const int32_t inverse = mod_inverse(static_cast<int32_t>(residue)); /* error 85 */
     lifted_adjoint(e.m, integers.view(), &det);
     quoly_handle factor;

@@ -1,6 +1,7 @@
 #include "matrix/determinant.h"
 
 #include "matrix/arrays.h"
+#include "matrix_checks.h"
 #include "quoly/compare.h"
 #include "support/fresh_system.h"
 #include "support/rand_numbers.h"
@@ -214,28 +215,6 @@ TEST_F(determinant_test, a_factor_is_taken_out_and_must_divide) {
 
 /* ---- inverses ---- */
 
-/* *sum := entry (row, column) of a b, less the value if row and column are the same. */
-void product_less_diagonal(const matrix_value &a, const matrix_value &b, int row, int column, const quolynode *value,
-                           quoly_handle &sum) {
-    quoly_set(0, sum.slot());
-    if (row == column) quoly_makeneg(value, sum.slot());
-    for (int k = 0; k < a.rows; k++) {
-        quoly_handle product;
-        quoly_mult(a.cell(row + k * a.rows), b.cell(k + column * a.rows), product.slot());
-        best_quoly_add(sum.slot(), product.release());
-    }
-}
-
-/* Is a b the value times 1? */
-void expect_product(const matrix_value &a, const matrix_value &b, const quolynode *value, const char *rows) {
-    for (int i = 0; i < a.rows; i++)
-        for (int j = 0; j < a.rows; j++) {
-            quoly_handle rest;
-            product_less_diagonal(a, b, i, j, value, rest);
-            EXPECT_TRUE(quoly_is_zero(rest.get())) << rows;
-        }
-}
-
 struct inverse_test : determinant_test {
     void check(const char *rows) {
         run("[m] := " + std::string(rows));
@@ -244,7 +223,7 @@ struct inverse_test : determinant_test {
         fetch_array(det.array("m"), m);
         fetch_array(&syst, inverse);
         ASSERT_EQ(inverse.size, m.size);
-        expect_product(m, inverse, quol_num_1, rows);
+        EXPECT_TRUE(is_product(m, inverse, quol_num_1)) << rows;
         m.clear();
         run("@[m]");
     }
@@ -293,7 +272,7 @@ struct sparse_determinant_test : determinant_test {
         if (regular) {
             EXPECT_TRUE(sparse.is_sparse());
             sparse.to_dense();
-            expect_product(dense, sparse, quol_num_1, rows);
+            EXPECT_TRUE(is_product(dense, sparse, quol_num_1)) << rows;
         }
         dense.clear();
         sparse.clear();
@@ -399,7 +378,7 @@ struct adjoint_test : determinant_test {
         quoly_set(1, d.slot());
         mat_determinant(copy, {}, d.slot());
         adjoint(adj);
-        expect_product(m, adj, d.get(), rows);
+        EXPECT_TRUE(is_product(m, adj, d.get())) << rows;
         m.clear();
         run("@[m]");
     }
