@@ -123,12 +123,19 @@ static void gather_parameters(buffer<const variable *> &all) {
     std::sort(all.begin(), all.end());
 }
 
-/* Sorted by name, each name once: of its records the oldest, which stands last in its chain. */
-static void keep_oldest(buffer<listed_name> &rows) {
+enum class of_one_name { oldest, newest };
+
+/* Sorted by name, each name once: of its records, which come as they stand in their chain, the last or the first. */
+static void keep_one(buffer<listed_name> &rows, of_one_name which) {
     sort_vars(rows.data(), static_cast<int>(rows.size()));
     std::size_t kept = 0;
-    for (std::size_t i = 0; i < rows.size(); i++)
-        if (i + 1 == rows.size() || std::strcmp(rows[i].text, rows[i + 1].text) != 0) rows[kept++] = rows[i];
+    for (const listed_name &row : rows) {
+        const bool repeated = kept > 0 && std::strcmp(rows[kept - 1].text, row.text) == 0;
+        if (!repeated)
+            rows[kept++] = row;
+        else if (which == of_one_name::oldest)
+            rows[kept - 1] = row;
+    }
     rows.resize(kept);
 }
 
@@ -140,7 +147,7 @@ static void save_scalars(text_out *out) {
         for (const variable *v = chain; v; v = v->next)
             if (!std::binary_search(parameters.begin(), parameters.end(), v))
                 rows.push({v->tok.text, static_cast<int>(rows.size()), v});
-    keep_oldest(rows);
+    keep_one(rows, of_one_name::oldest); /* the others belong to calls that are under way */
     for (const listed_name &row : rows) {
         safe_point();
         if (out->failed) return;
@@ -178,7 +185,7 @@ static void save_arrays(text_out *out) {
     for (array_record *chain : arr_store)
         for (array_record *a = chain; a; a = a->next)
             if (!a->is_parameter()) rows.push({a->tok.text, static_cast<int>(rows.size()), a});
-    keep_oldest(rows);
+    keep_one(rows, of_one_name::newest); /* no name reaches the others */
     for (const listed_name &row : rows) {
         safe_point();
         if (out->failed) return;

@@ -186,6 +186,17 @@ TEST_F(saved_state, of_functions_of_one_name_the_newest_counts_behind_a_load) {
     EXPECT_EQ(contents("again"), contents("state"));
 }
 
+TEST_F(saved_state, of_arrays_of_one_name_the_newest_stands_once) {
+    run("[v] := [(5,6,7)]\n[v] := [[1,2][8,9]]\nFunc P(v) = &s; 0;.\n&(S = 'state')\nP([w])\n&(S = '@')");
+    const std::string text = contents("state");
+    EXPECT_EQ(text.find("Array v"), text.rfind("Array v"));
+    run("@[*]:\n&(J = -x)\n&(J = -y)\n&(R = 'state')");
+    EXPECT_EQ(value_of("Deg[v]"), "4");
+    EXPECT_EQ(value_of("v[1,2] + 10*v[2,1]"), "82");
+    EXPECT_EQ(value_of("w[1,2] - x*y"), "0");
+    EXPECT_TRUE(has(run("@[v]\n[v]"), "There is no array with this name.\n"));
+}
+
 TEST_F(saved_state, two_states_stand_one_behind_the_other) {
     run("&(S = 'one')\n&s\n&(S = '@')\n&(S = 'two')\n&s\n&s\n&(S = '@')");
     EXPECT_EQ(contents("two"), contents("one") + contents("one"));
