@@ -158,7 +158,7 @@ void builtin_total_degree(builtin_call &call) {
             for (int level = 1; level <= levels; level++) degree += weight[level] * m.expo[level];
             if (degree > most) most = degree;
         });
-    quoly_set_int64(poly ? most : 0, call.result);
+    give_count(call, poly ? most : 0);
 }
 
 } // namespace tolvek

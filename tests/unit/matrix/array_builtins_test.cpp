@@ -52,6 +52,9 @@ TEST_F(array_builtins, sums_traces_and_sizes) {
     EXPECT_EQ(value_of("Det([q]*2) + 1"), "5");
     run("Array w[100000,100000] Sparse");
     EXPECT_EQ(value_of("Deg[w]"), "10000000000");
+    run("&(p = 5)");
+    refused("Deg[w]", 377);
+    run("&p");
     refused("Trace[x]", 194);
     refused("Trace 3", 194);
     refused("Det[x]", 241);

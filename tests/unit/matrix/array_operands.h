@@ -61,10 +61,12 @@ struct model {
     fraction entry(std::size_t i) const { return matrix ? at[i] : at[0]; }
 };
 
+/* In a modular ring, of its residue. */
 inline bool has_value(const quolynode *q, fraction v) {
     quoly_handle n, d, expected;
-    quoly_set_int64(v.n, n.slot());
-    quoly_set_int64(v.d, d.slot());
+    const auto residue = [](int64_t i) { return modularmode ? (i % modulus + modulus) % modulus : i; };
+    quoly_set_int64(residue(v.n), n.slot());
+    quoly_set_int64(residue(v.d), d.slot());
     quoly_quot(n.get(), d.get(), expected.slot(), 0);
     return quoly_equal(q, expected.get());
 }
