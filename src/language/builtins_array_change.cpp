@@ -34,6 +34,7 @@ static array_region only_argument(builtin_call &call) {
 
 /* ---- Reverse, STrans ---- */
 
+/* Cells in the order of the columns; of a sparse array the rows. */
 void builtin_reverse(builtin_call &call) {
     array_record *a = only_argument(call).array;
     if (a->sparse_head) {
@@ -85,6 +86,7 @@ static int64_t read_place(builtin_call &call, int64_t n) {
     return at;
 }
 
+/* The lists change places: no entry knows its row. */
 static void exchange_rows_of_sparse(array_record *a, int64_t i, int64_t j) {
     colm **x = sparse_row(a->sparse_head, static_cast<int32_t>(i) + 1);
     colm **y = sparse_row(a->sparse_head, static_cast<int32_t>(j) + 1);
@@ -201,6 +203,7 @@ void builtin_sort(builtin_call &call) {
 
 /* ---- Killden ---- */
 
+/* Of one value; its numerator becomes a value of its own. */
 static void kill_denominator(quolynode **slot) {
     const quolynode *q = *slot;
     if (q->is_num || !q->den) return;

@@ -54,6 +54,7 @@ static void read_parts(stream *input, name **cursor, comprehension &c) {
 
 /* ---- filling ---- */
 
+/* The stored tokens are read anew for each pair; the last of them must end the value. */
 static void evaluate_body(stream *input, const comprehension &c, quoly_handle &value) {
     name *stored = c.body.first();
     token = stored->tok;

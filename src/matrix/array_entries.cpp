@@ -25,6 +25,7 @@ static void combine(int op, const quolynode *a, const quolynode *b, quolynode **
     }
 }
 
+/* The result goes into the cells of an operand that is owned, the left one first. */
 void entrywise(int op, matrix_value &a, matrix_value &b) {
     a.fill_holes();
     b.fill_holes();
@@ -48,6 +49,7 @@ void entrywise(int op, matrix_value &a, matrix_value &b) {
     b.clear();
 }
 
+/* Zeros that are not stored stay 0 under each of the operators; so a division by 0 is looked for once, in front. */
 void entries_with_scalar(int op, matrix_value &m, const quolynode *scalar) {
     if (op != '*' && quoly_is_zero(scalar)) {
         quoly_handle refused;

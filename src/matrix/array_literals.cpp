@@ -85,6 +85,7 @@ static void slot_operand(stream *input, name **cursor, matrix_value &result) {
 
 /* ---- [n] ---- */
 
+/* A sparse matrix, since it is 0 off the diagonal. The shape of the target does not count: [x] := [3] has no left operand. */
 static void scalar_matrix(stream *input, name **cursor, matrix_value &result) {
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
@@ -205,6 +206,7 @@ static void rows_of_entries(stream *input, name **cursor, matrix_value &result) 
 
 /* ---- text ---- */
 
+/* Each character counts, blanks too; a line that ends inside is warned of. */
 static void text_operand(stream *input, name **cursor, matrix_value &result) {
     value_list list;
     for (;;) {
@@ -267,6 +269,7 @@ static void empty_sparse(matrix_value &result) {
     result.make_sparse(head, rows, shape_at_hand.cols);
 }
 
+/* "<" alone is the system array, with a loop behind it a comprehension. */
 static void angle_operand(stream *input, name **cursor, matrix_value &result) {
     scanner(input, token, cursor);
     if (token_is(token, "[")) array_error(83, token);
@@ -283,6 +286,7 @@ static bool is_polynomial_name(const token_record &t) {
     return polynames && is_poly_name(t.text, &level);
 }
 
+/* The first token behind "[" decides. A variable of polynomials is no array. */
 static void operand_in_brackets(stream *input, name **cursor, matrix_value &result) {
     const int c = first_char(token);
     if (is_digit(c) || c == '-' || c == '.' || is_polynomial_name(token))

@@ -16,6 +16,7 @@ static void make_like(matrix_value &m, int64_t rows, int64_t cols, matrix_value 
         fresh.make_borrowed(rows, cols);
 }
 
+/* A borrowed cell stays with its array, and two matrices point to it. */
 static void move_cell(matrix_value &m, int64_t from, matrix_value &to, int64_t at) {
     to.cell(at) = m.cell(from);
     if (m.owned) m.cell(from) = nullptr;
@@ -105,11 +106,13 @@ bool all_zero(const matrix_value &m) {
 
 /* ---- comparisons ---- */
 
+/* -1, 0 or 1. Fractions are numbers here. */
 static int compare_numbers(const quolynode *a, const quolynode *b) {
     if (!is_comparable(a) || !is_comparable(b)) array_error(119, token);
     return compare_quolys(a, b);
 }
 
+/* Equality asks for equal values of any kind, the other relations for numbers. */
 int64_t count_entries(matrix_value &m, int relation, const quolynode *value) {
     if (m.is_sparse()) array_error(242, token);
     m.fill_holes();

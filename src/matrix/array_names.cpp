@@ -22,6 +22,7 @@ struct index_range {
     int64_t low, high;
 };
 
+/* An end that is left out stands for all, or for the last. */
 static bool ends_range() { return token_is(token, ",") || token_is(token, "]"); }
 
 /* Reads a range out of `count`, with the token in front of it, and leaves the one behind it. */
@@ -73,6 +74,7 @@ static void system_array(stream *input, name **cursor, array_region &region, boo
     whole_array(&syst, region);
 }
 
+/* The name of the region stays "%": a slot can get no new array by an assignment. */
 static void array_of_slot(stream *input, name **cursor, array_region &region) {
     array_record *a = get_arr_arr(input, cursor);
     if (!a) array_error(220, token);
@@ -80,6 +82,7 @@ static void array_of_slot(stream *input, name **cursor, array_region &region) {
     set_token(region.tok, "%");
 }
 
+/* A name without an array is no error yet: it may be the target of an assignment. */
 static void named_array(stream *input, name **cursor, array_region &region) {
     int level;
     if (!is_lower_letter(first_char(token))) array_error(42, token);

@@ -112,6 +112,7 @@ void alt_mat_power(matrix_value &m, const number *exponent) {
 
 /* ---- powers modulo a number ---- */
 
+/* A remainder is taken of entries without denominators alone. */
 static void refuse_denominators(matrix_value &m) {
     bool found = false;
     const auto look = [&](const quolynode *q) { found = found || (!q->is_num && q->den); };
@@ -125,6 +126,7 @@ static void refuse_denominators(matrix_value &m) {
     if (found) array_error(323, token);
 }
 
+/* A zero matrix stays 0 without a step, but its power 0 is the identity. */
 void matpowermod(matrix_value &m, const number *exponent, const quolynode *modulus_value) {
     check_square(m, 172);
     if (is_negative(exponent)) array_error(287, token);
@@ -139,6 +141,7 @@ void matpowermod(matrix_value &m, const number *exponent, const quolynode *modul
 
 /* ---- polynomials at matrices ---- */
 
+/* Borrowed values are copied first: the sum is the expression's own. */
 void add_to_diag(const quolynode *q, matrix_value &m) {
     m.own();
     if (m.is_dense()) {

@@ -20,6 +20,8 @@ static void invert_divisor(matrix_value &b) {
     mat_inverse(b);
 }
 
+/* A scalar times each entry, or times the inverse; for other operators it stands beside each entry, those that a sparse
+   matrix does not store among them, so that such a one is refused. */
 static void scalar_with_matrix(int op, matrix_value &a, matrix_value &b) {
     const bool quotient = op == '/' && b.is_square();
     if (quotient) invert_divisor(b);
@@ -38,6 +40,7 @@ static void combine_entries(int op, matrix_value &a, matrix_value &b) {
     entrywise(op, a, b);
 }
 
+/* Matrices that could be multiplied are, though they have one shape: a product entry by entry needs another one. */
 static void combine_matrices(int op, matrix_value &a, matrix_value &b) {
     const bool chain = a.cols() == b.rows, quotient = op == '/' && chain && b.is_square();
     if (!(op == '*' && chain) && !quotient) return combine_entries(op, a, b);

@@ -68,6 +68,7 @@ static void look_again(array_region &region) {
     }
 }
 
+/* What the value borrows, from the target perhaps, is copied before anything is stored (store_matrix). */
 static void assign_array(stream *input, quolynode **result, name **cursor, array_region &region, bool diagonal) {
     if (region.array == &syst) array_error(176, region.tok);
     if (region.sub && region.array->sparse_head) array_error(244, region.tok);

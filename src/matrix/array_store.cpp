@@ -31,6 +31,7 @@ static void repeat_scalar(const quolynode *value, int64_t rows, int64_t cols, ma
 
 /* ---- sparse arrays ---- */
 
+/* A dense value in a sparse array: its zeros go. */
 static void standard_to_sparse(array_record *array, matrix_value &value) {
     if (value.rows != array->rows) array_error(249, array->tok);
     value.to_sparse();
@@ -53,6 +54,7 @@ static void new_sparse_array(const token_record &array_name, matrix_value &value
     a->sparse_head = value.release_sparse();
 }
 
+/* A new array of the name. The old one stays behind it, until the new one is deleted. */
 static void make_new(const array_region &region, matrix_value &value) {
     if (token_is(region.tok, "%")) array_error(297, region.tok);
     if (value.is_sparse())
@@ -92,6 +94,8 @@ static void sparse_to_array(const array_region &region, matrix_value &value) {
     }
 }
 
+/* The number of cells decides, not the shape: of as many cells, a dense value goes in column by column, and the array keeps
+   its rows. A sparse value needs as many rows too. */
 static void matrix_to_array(const array_region &region, matrix_value &value) {
     const bool same_size = region.array && value.size == region.array->size;
     const bool fits = same_size && (!value.is_sparse() || value.rows == region.array->rows);

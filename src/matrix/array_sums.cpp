@@ -71,6 +71,7 @@ static void add_rows(row_operand a, row_operand b, colm **sum) {
     while (b.at) b.take_into(row);
 }
 
+/* Row by row, each in time that is proportional to its entries. */
 static void add_sparses(matrix_value &a, matrix_value &b, bool minus) {
     sparse_handle sum(a.rows);
     row_walk row_a(a.sparse), row_b(b.sparse), row_sum(sum.get());
@@ -101,6 +102,7 @@ static void make_private(matrix_value &m) {
     m.fill_holes();
 }
 
+/* The dense operand becomes the sum. */
 static void add_mixed(matrix_value &a, matrix_value &b, bool minus) {
     if (a.is_sparse()) {
         if (minus)

@@ -15,6 +15,7 @@ int new_array = 0;
 uint64_t array_generation = 1;
 static array_record *arr_garb = nullptr;
 
+/* error() returns when a command level that it has opened is resumed: the statement then ends all the same. */
 void array_error(int n, const token_record &symbol) {
     error(n, symbol);
     abandon_statement();
@@ -38,6 +39,7 @@ void push_array(array_record *a) {
     arr_garb = a;
 }
 
+/* A record that is on no chain yet. The hash of its name is computed when it is linked. */
 static array_record *new_named(const token_record &name, int64_t rows, int64_t cols, bool one_dim) {
     array_record *a = newarray();
     a->tok = name;
@@ -61,6 +63,7 @@ void link_array(array_record *a) {
     *chain = a;
 }
 
+/* The link that points to the record, or the null at the end of its chain. */
 static array_record **link_to(const array_record *a) {
     token_record t = a->tok;
     array_record **link = &arr_store[hash_of(t, scalar_chains)];
@@ -91,7 +94,7 @@ bool rename_array(token_record &from, const token_record &to) {
 
 /* ---- creation ---- */
 
-constexpr int64_t most_rows_or_cols = INT32_MAX;
+constexpr int64_t most_rows_or_cols = INT32_MAX; /* columns of entries have 32 bits */
 
 static void check_dimensions(const token_record &name, int64_t rows, int64_t cols) {
     if (rows < 1 || cols < 1 || rows > most_rows_or_cols || cols > most_rows_or_cols) array_error(27, name);
@@ -125,6 +128,7 @@ array_record *sparse_create(const token_record &name, int64_t rows, int64_t cols
     return quick_sparse_create(frames.release(), name, static_cast<int32_t>(rows), cols, one_dim);
 }
 
+/* The birth of a parameter is that of its array with a minus: so a parameter of a parameter follows the array itself. */
 array_record *new_parameter_array(const token_record &name, array_record *a) {
     array_record *p = newarray();
     *p = *a;

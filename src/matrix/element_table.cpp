@@ -37,6 +37,7 @@ static quolynode *waiting_values = nullptr; /* through `link` */
 
 /* ---- what is dropped ---- */
 
+/* A loop over a row, or a frame of a running function, may stand on an entry. */
 bool entries_are_held() { return values_are_held() || statcount > 0; }
 
 void drop_value(quolynode *q) {
@@ -86,6 +87,7 @@ void take_rows_back(const sparse_frame *head) {
     lent_rows.pop();
 }
 
+/* What borrows keeps the old rows; the array and its parameters, which share them, get the copy. */
 void own_rows(array_record *a) {
     sparse_frame *shared = a->sparse_head, *own;
     if (std::find(lent_rows.begin(), lent_rows.end(), shared) == lent_rows.end()) return;
@@ -215,6 +217,7 @@ void drop_cells(array_record *a) {
     a->last = -1;
 }
 
+/* The cheap ways first; hidden arrays go last, as @[x] could still uncover them. */
 bool make_room(int32_t count) {
     if (!fits(count) && cells_may_move()) {
         free_waiting_ordinary();
@@ -233,6 +236,7 @@ bool make_room(int32_t count) {
 
 /* ---- deletion ---- */
 
+/* Off its chain and out of its slots; its cells or rows wait with it. */
 static void retire(array_record *a) {
     unlink_array(a);
     clear_slots_of(a);
@@ -333,6 +337,7 @@ static void take_cell(quolynode **cell, int32_t column, row_builder &row) {
     row.add_node(c);
 }
 
+/* The parameters of the array turn sparse with it; only then is the error raised, so that all is whole. */
 void fill_sparse(array_record *a) {
     sparse_frame *frames;
     sparse_init(&frames, a->rows);

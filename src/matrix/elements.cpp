@@ -39,6 +39,7 @@ static int64_t read_coordinate(stream *input, name **cursor, bool no_negative) {
     return coordinate(input, cursor, no_negative);
 }
 
+/* In a modular ring an index is an integer all the same: x[7] is the seventh element modulo 5 too. */
 coordinates evalcoords(stream *input, name **cursor, const char *end, const char *separator, bool no_negative) {
     modular_pause pause;
     coordinates c;
@@ -53,6 +54,7 @@ coordinates evalcoords(stream *input, name **cursor, const char *end, const char
 
 /* ---- elements ---- */
 
+/* One coordinate counts down the columns, in sparse arrays too. */
 int64_t element_index(const array_record *a, const coordinates &c) {
     const int64_t first = c.a - addresser;
     if (!c.two) {
@@ -90,6 +92,7 @@ static void sparse_element(array_record *a, int64_t index, place &at, quolynode 
     }
 }
 
+/* The array is looked for behind its coordinates, which may have made or deleted it. */
 void new_arretrieve(stream *input, name **cursor, token_record &array_name, place &at, quolynode **result) {
     coordinates c = evalcoords(input, cursor, "]", ",", false);
     array_record *a = find_array(array_name);
@@ -102,6 +105,7 @@ void new_arretrieve(stream *input, name **cursor, token_record &array_name, plac
         ordinary_element(a, index, at);
 }
 
+/* A copy: the system array may be replaced before the value is used. */
 void syst_element(stream *input, name **cursor, quolynode **result) {
     if (syst_is_empty()) array_error(175, token);
     coordinates c = evalcoords(input, cursor, "]", ",", false);
@@ -126,6 +130,7 @@ static void check_array_name(const token_record &t) {
     if (is_poly_name(t.text, &level)) array_error(125, t);
 }
 
+/* An array of a name that exists hides the old one. */
 void create_array(stream *input, name **cursor) {
     do {
         scanner(input, token, cursor);
@@ -158,7 +163,7 @@ void make_sparse(stream *input, name **cursor) {
     if (!token_is(token, "]")) array_error(24, token);
     scanner(input, token, cursor);
     if (parenthesis) require(")", 1, input, cursor);
-    if (a->sparse_head) return;
+    if (a->sparse_head) return; /* it is sparse already */
     if (a->is_parameter()) array_error(138, a->tok);
     fill_sparse(a);
 }

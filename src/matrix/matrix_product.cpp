@@ -65,7 +65,7 @@ static entries kind_of_entries(const matrix_value &a, const matrix_value &b) {
     return flotemode ? entries::flotes : modularmode ? entries::residues : entries::integers;
 }
 
-/* ---- where it goes ---- */
+/* ---- where it goes: two sparse matrices have a sparse product ---- */
 
 template <class arithmetic> static void sparse_product(const matrix_value &a, const matrix_value &b, matrix_value &r) {
     sparse_handle product(a.rows);
@@ -155,6 +155,7 @@ static void winograd_entry(const matrix_value &a, const matrix_value &b, int32_t
     }
 }
 
+/* The pairs of each row and each column are summed once, and taken off every entry of their row or column. */
 void fast_mat_mult(const matrix_value &a, const matrix_value &b, matrix_value &r) {
     if (oversize(a.rows, b.cols())) array_error(43, token);
     const int32_t rows = a.rows, inner = b.rows, cols = b.cols();

@@ -1,4 +1,7 @@
-/* Work arrays, and the record of a matrix in flight. */
+/* Work arrays, and the record of a matrix in flight.
+
+   A work array is asked of the heap when it is first claimed, and kept for the next claim. Claims need not end in the
+   order in which they began: values are swapped and taken over. */
 #include "matrix/matrix_value.h"
 
 #include "language/scanner.h"
@@ -32,6 +35,7 @@ quolynode **work_cells(int index) { return workhead[index]; }
 
 /* ---- the value ---- */
 
+/* The fields of a scalar; what they held has gone already, or elsewhere. */
 void matrix_value::forget() {
     size = 0;
     rows = 0;
@@ -39,6 +43,7 @@ void matrix_value::forget() {
     owned = holes = false;
 }
 
+/* A borrowed matrix no longer makes replaced values wait, and its rows may change again; an owned one frees what it has. */
 void matrix_value::clear() {
     free_quoly(scalar.slot());
     if (size && !owned) borrowed_matrices--;
@@ -73,7 +78,7 @@ void matrix_value::make_dense(int64_t its_rows, int64_t its_cols) {
     rows = static_cast<int32_t>(its_rows);
     size = its_rows * its_cols;
     owned = true;
-    for (int64_t i = 0; i < size; i++) cell(i) = nullptr;
+    for (int64_t i = 0; i < size; i++) cell(i) = nullptr; /* clear() may meet it half filled */
 }
 
 void matrix_value::make_borrowed(int64_t its_rows, int64_t its_cols) {
@@ -140,6 +145,7 @@ void matrix_value::fill_holes() {
     holes = false;
 }
 
+/* The cells of one row: its entries, which ascend, and zeros between them. */
 static void fill_row(const colm *c, const matrix_value &from, matrix_value &to, int32_t row) {
     for (int64_t column = 1; column <= from.cols(); column++) {
         quolynode **cell = &to.cell((column - 1) * from.rows + row);
@@ -183,6 +189,8 @@ void matrix_value::to_sparse() {
 
 /* ---- arrays and the system array ---- */
 
+/* Cells are copied as pointers. The system array alone is copied whole: the statement may replace it while its value is on
+   the way. */
 void fetch_array(array_record *a, matrix_value &m, const token_record *shown_name) {
     if (a->sparse_head) {
         m.borrow_sparse(a);
@@ -201,6 +209,7 @@ void fetch_array(array_record *a, matrix_value &m, const token_record *shown_nam
     if (a == &syst) m.own();
 }
 
+/* What m borrows is copied first: it may go with the old values. */
 void fill_syst_array(matrix_value &m) {
     m.own();
     clear_syst();

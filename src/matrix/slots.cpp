@@ -65,6 +65,7 @@ void slot_element(stream *input, name **cursor, quolynode **result) {
     own_value(at, result);
 }
 
+/* An element at the beginning of a statement is a target, or the first factor of an expression. */
 static void element_statement(stream *input, quolynode **result, name **cursor, array_record *a) {
     place at;
     read_element(input, cursor, a, at);

@@ -6,6 +6,7 @@ namespace tolvek {
 
 /* ---- filling ---- */
 
+/* Built aside: a safe point or a refused request leaves the array as it was. */
 void sparse_set_scalar(array_record *array, const quolynode *value) {
     sparse_handle fresh(array->rows);
     const int32_t cols = array->cols();
@@ -25,6 +26,7 @@ void sparse_set_scalar(array_record *array, const quolynode *value) {
     put_back_sparse(fresh.get(), array->sparse_head, array->rows);
 }
 
+/* A value of 0 leaves all rows empty. */
 void spar_identi(sparse_frame **head, int32_t rows, const quolynode *value) {
     sparse_handle fresh(rows);
     row_walk walk(fresh.get());
@@ -100,6 +102,7 @@ void flip_sparse(sparse_frame *src, sparse_frame **dst, int32_t rows, int32_t co
     reverse_all(*dst, cols);
 }
 
+/* Each entry changes its list, and its column becomes its row: nothing is copied. */
 void trans_sparse(sparse_frame **head, int32_t rows, int32_t cols) {
     sparse_frame *fresh;
     sparse_init(&fresh, cols);

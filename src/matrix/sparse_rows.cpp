@@ -53,6 +53,7 @@ void sparse_init(sparse_frame **head, int32_t rows) {
     }
 }
 
+/* A frame has 2^11 rows; even 100,000 rows are reached in 48 steps. */
 colm **sparse_row(sparse_frame *head, int32_t row) {
     for (int32_t f = (row - 1) >> 11; f > 0; f--) head = head->frame_next;
     return &head->row[(row - 1) & (frame_rows - 1)];
@@ -60,6 +61,7 @@ colm **sparse_row(sparse_frame *head, int32_t row) {
 
 /* ---- building a row ---- */
 
+/* The end of the list is known, so that a row is built in time that is proportional to its length. */
 void row_builder::add_node(colm *c) {
     c->next = nullptr;
     *end = c;
@@ -123,6 +125,7 @@ void delete_at(colm **link) {
     drop_entry(c);
 }
 
+/* The link for the entry of a place, in rows that may be changed. */
 static colm **link_at(int64_t a, int64_t b, array_record *array, bool two_coords, int32_t *column) {
     own_rows(array);
     sparse_place at = place_of(a, b, array, two_coords);
@@ -207,11 +210,12 @@ void sparse_adjoin(sparse_frame *head, int32_t row, int32_t column, quoly_handle
     }
     better_quoly_add(value.get(), (*link)->value, value.slot());
     store_element(&(*link)->value, value.release());
-    if (quoly_is_zero((*link)->value)) delete_at(link);
+    if (quoly_is_zero((*link)->value)) delete_at(link); /* the two have cancelled */
 }
 
 /* ---- disposal ---- */
 
+/* A value that is null, as in a chain that has given its values away, is freed like any other. */
 void free_colm(colm **link) {
     colm *c = *link;
     *link = c->next;
