@@ -143,11 +143,6 @@ int variable_argument(const quolynode *q) {
     return level;
 }
 
-void give_count(builtin_call &call, int64_t count) {
-    if (lintmode && !flotemode && count > INT32_MAX) error(377, token);
-    quoly_set_int64(count, call.result);
-}
-
 int64_t integer_argument(const quolynode *q, int n) {
     constexpr long double greatest = 9.0e18L;
     constexpr int most_digits = 2; /* 56 bits */

@@ -93,9 +93,6 @@ class polynomial_view {
 /* The level of a value that is just a variable; error 282, and 0, for anything else. */
 int variable_argument(const quolynode *q);
 
-/* A count or a place as the value of the call. Error 377: a word of the modular ring cannot hold it. */
-void give_count(builtin_call &call, int64_t count);
-
 /* The value of a plain number as an integer: floats are rounded. Error n, and 0, for anything else or too large. */
 int64_t integer_argument(const quolynode *q, int n);
 

@@ -63,7 +63,7 @@ void builtin_cols(builtin_call &call) {
     call.give(array_in_brackets(call, 96, 97)->cols());
 }
 
-void give_cells_of_array(builtin_call &call) { give_count(call, array_in_brackets(call, 178, 24)->size); }
+void give_cells_of_array(builtin_call &call) { quoly_set_int64(array_in_brackets(call, 178, 24)->size, call.result); }
 
 /* ---- sums and zeros ---- */
 

@@ -6,6 +6,7 @@
 #include "poly/measures.h"
 #include "top/interrupts.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace tolvek {
@@ -88,17 +89,45 @@ void builtin_monomial_list(builtin_call &call) {
 
 /* ---- Poly ---- */
 
-/* sum := sum + q x^e for the first variable x. */
-static void add_term(quoly_handle &sum, const quolynode *q, int64_t e) {
-    quoly_handle term, power;
-    if (e > INT32_MAX) array_error(32, token);
-    quoly_assign(q, term.slot());
-    if (e > 0) {
-        base_quoly(1, power.slot());
-        quoly_compute_power(power.slot(), static_cast<uint32_t>(e));
-        fast_quoly_mult(term.slot(), power.get());
+/* A coefficient and the exponent of the first variable beside it. */
+struct poly_term {
+    const quolynode *coefficient;
+    int64_t exponent;
+};
+
+static void gather_terms(const matrix_value &m, buffer<poly_term> &terms) {
+    if (m.is_sparse()) {
+        row_walk walk(m.sparse);
+        for (int64_t r = 0; r < m.rows; r++, walk.next())
+            for (const colm *c = *walk; c; c = c->next) terms.push({c->value, (c->column - int64_t{1}) * m.rows + r});
+    } else {
+        for (int64_t i = 0; i < m.size; i++)
+            if (!quoly_is_zero(m.cell(i))) terms.push({m.cell(i), i});
     }
-    best_quoly_add(sum.slot(), term.release());
+    std::sort(terms.begin(), terms.end(),
+              [](const poly_term &a, const poly_term &b) { return a.exponent < b.exponent; });
+}
+
+static void value_of_term(const poly_term &term, quolynode **q) {
+    if (term.exponent > INT32_MAX) array_error(32, token);
+    quoly_assign(term.coefficient, q);
+    if (term.exponent == 0) return;
+    quoly_handle power;
+    base_quoly(1, power.slot());
+    quoly_compute_power(power.slot(), static_cast<uint32_t>(term.exponent));
+    fast_quoly_mult(q, power.get());
+}
+
+/* *sum := the sum of some terms, by halves: each half is a list of about as many terms as the other. */
+static void sum_of_terms(const poly_term *terms, std::size_t count, quolynode **sum) {
+    safe_point();
+    if (count == 0) return quoly_set(0, sum);
+    if (count == 1) return value_of_term(*terms, sum);
+    quoly_handle low, high;
+    sum_of_terms(terms, count / 2, low.slot());
+    sum_of_terms(terms + count / 2, count - count / 2, high.slot());
+    best_quoly_add(high.slot(), low.release());
+    high.release_to(sum);
 }
 
 /* Poly([a]): the cells, column by column, are the coefficients of 1, x, x^2, ... for the first variable x. */
@@ -110,18 +139,10 @@ void builtin_array_to_polynomial(builtin_call &call) {
     if (m.is_scalar()) array_error(72, token);
     if (number_polys == 0 && m.size > 1) array_error(278, token);
     m.fill_holes();
-    quoly_handle sum;
-    quoly_set(0, sum.slot());
+    buffer<poly_term> terms;
+    gather_terms(m, terms);
     held_value coefficients;
-    if (m.is_sparse()) {
-        row_walk walk(m.sparse);
-        for (int64_t r = 0; r < m.rows; r++, walk.next())
-            for (const colm *c = *walk; c; c = c->next) add_term(sum, c->value, (c->column - int64_t{1}) * m.rows + r);
-    } else {
-        for (int64_t i = m.size - 1; i >= 0; i--)
-            if (!quoly_is_zero(m.cell(i))) add_term(sum, m.cell(i), i);
-    }
-    sum.release_to(call.result);
+    sum_of_terms(terms.data(), terms.size(), call.result);
 }
 
 /* ---- Totdeg ---- */
@@ -158,7 +179,7 @@ void builtin_total_degree(builtin_call &call) {
             for (int level = 1; level <= levels; level++) degree += weight[level] * m.expo[level];
             if (degree > most) most = degree;
         });
-    give_count(call, poly ? most : 0);
+    quoly_set_int64(poly ? most : 0, call.result);
 }
 
 } // namespace tolvek

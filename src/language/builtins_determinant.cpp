@@ -28,7 +28,7 @@ static void count_by_relation(builtin_call &call) {
     }
     if (!token_is(token, ")")) array_error(66, token);
     call.read_on();
-    give_count(call, count_entries(m, relation, value.get()));
+    quoly_set_int64(count_entries(m, relation, value.get()), call.result);
 }
 
 /* The place of an extreme entry as an index of the array, column by column. */
@@ -39,7 +39,7 @@ static void place_of_extreme(builtin_call &call, bool greatest, bool may_be_posi
     if (positive) call.read_on();
     arr_fact(call.input, call.cursor, m);
     if (m.is_scalar()) array_error(72, token);
-    give_count(call, extreme_entry(m, greatest, positive) + addresser);
+    quoly_set_int64(extreme_entry(m, greatest, positive) + addresser, call.result);
 }
 
 /* ---- the arguments of a determinant ---- */

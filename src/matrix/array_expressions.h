@@ -24,7 +24,8 @@ void half_arr_fact(stream *input, name **cursor, matrix_value &result);
 
 /* A polynomial at a matrix, behind "#" with "[" as the token. The scalar p becomes the matrix. Errors 186, 241. */
 void evaluate_at_array(stream *input, name **cursor, matrix_value &p);
-/* The same behind a scalar factor: the matrix goes to the system array, and *q becomes 0. */
+/* The same behind a scalar factor: the matrix goes to the system array, and *q becomes 0. Error 62: in an index or an
+   exponent of the modular ring. */
 void evaluate_into_syst_array(stream *input, name **cursor, quolynode **q);
 
 /* The value of a statement: a matrix goes to the system array, and *result is 0; a scalar is the result. */

@@ -202,7 +202,9 @@ void evaluate_at_array(stream *input, name **cursor, matrix_value &p) {
     p.take(at);
 }
 
+/* In an index or an exponent of the modular ring values are machine integers, which no array can take. */
 void evaluate_into_syst_array(stream *input, name **cursor, quolynode **q) {
+    if (mod_is_changed) array_error(62, token);
     matrix_value value;
     *value.scalar.slot() = *q;
     *q = nullptr;
