@@ -26,7 +26,9 @@ struct change_ring_test : fresh_exact_system {
 
 TEST_F(change_ring_test, the_cutoffs_of_the_modular_ring_and_of_the_rationals) {
     run("&(J = x)");
+    disp_size = 7;
     run("&(p = 7)");
+    EXPECT_EQ(disp_size, 16);
     EXPECT_EQ(poly_cutoff, 40);
     EXPECT_EQ(variable_at(1)->pt_cutoff, 40);
     EXPECT_EQ(div_poly_cutoff, 25);
@@ -35,6 +37,7 @@ TEST_F(change_ring_test, the_cutoffs_of_the_modular_ring_and_of_the_rationals) {
     run("&p");
     EXPECT_EQ(poly_cutoff, 40);
     EXPECT_EQ(div_poly_cutoff, 6);
+    EXPECT_EQ(disp_size, 4);
     EXPECT_EQ(was_in_rat, 1);
     EXPECT_EQ(int32_t{modulus}, -1);
     EXPECT_FALSE(lintmode || modularmode || flotemode || finf);
