@@ -178,9 +178,9 @@ def main():
     global exact
     program = sys.argv[1]
     exact = program.endswith("exact")
-    return run_tests([at_the_prompt, lines_typed_ahead_of_the_way_back, two_in_a_row, while_an_answer_is_read, an_answer_is_given_up,
-                      behind_a_continuation_mark, to_the_ninth_level_and_beyond, the_previous_value_is_kept,
-                      during_the_start, many_and_quickly, a_burst_is_no_harm], program)
+    return run_tests([at_the_prompt, lines_typed_ahead_of_the_way_back, two_in_a_row, while_an_answer_is_read,
+                      an_answer_is_given_up, behind_a_continuation_mark, to_the_ninth_level_and_beyond,
+                      the_previous_value_is_kept, during_the_start, many_and_quickly, a_burst_is_no_harm], program)
 
 
 if __name__ == "__main__":

@@ -6,286 +6,36 @@ dictionaries. Round trips of many values from the exact ring to the others and b
 TOLVEK_TEST_SEED and TOLVEK_TEST_TIMES (a multiplier) are read from the environment.
 """
 
-import math
 import os
 import random
-import re
 import statistics
-import subprocess
 import sys
-import tempfile
 import time
 
-from session import PATIENCE, Session, check, run_tests
+from polynomials import (VARIABLES as ALL_VARIABLES, Exact, constant, derivative, divided, power, product, reduced, ring_of,
+                         shown_value, total, value, written)
+from session import PATIENCE, Session, answers, check, run_tests
 
 SEED = int(os.environ.get("TOLVEK_TEST_SEED", "20240229"))
 TIMES = int(os.environ.get("TOLVEK_TEST_TIMES", "1"))
 MODULI = [2, 3, 6, 256, 65521, 65536, 2**28 + 3, 2147483629, 2147483644]
-VARIABLES = "xyz"
-
-
-# ---- rings ----
-
-
-class Residues:
-    """The integers modulo n, shown with the least magnitude."""
-
-    def __init__(self, n):
-        self.n = n
-        self.is_field = n > 1 and all(n % d for d in range(2, math.isqrt(n) + 1))
-
-    def of(self, v):
-        return v % self.n
-
-    def add(self, a, b):
-        return (a + b) % self.n
-
-    def sub(self, a, b):
-        return (a - b) % self.n
-
-    def mul(self, a, b):
-        return a * b % self.n
-
-    def times(self, e, a):
-        return e * a % self.n
-
-    def inverse(self, a):
-        return pow(a, -1, self.n) if math.gcd(a, self.n) == 1 else None
-
-    def lift(self, a):
-        return a - self.n if a > self.n // 2 else a
-
-
-class TableField:
-    """Polynomials over two elements, bit by bit, modulo an irreducible one."""
-
-    is_field = True
-
-    def __init__(self, n):
-        self.n, self.poly = n, {256: 0x11D, 65536: 0x1100B}[n]
-
-    def of(self, v):
-        return (abs(v) & (2**28 - 1)) % self.n
-
-    def add(self, a, b):
-        return a ^ b
-
-    sub = add
-
-    def mul(self, a, b):
-        product = 0
-        while b:
-            if b & 1:
-                product ^= a
-            a <<= 1
-            if a & self.n:
-                a ^= self.poly
-            b >>= 1
-        return product
-
-    def times(self, e, a):
-        return a if e % 2 else 0
-
-    def inverse(self, a):
-        if a == 0:
-            return None
-        result, power, e = 1, a, self.n - 2
-        while e:
-            if e & 1:
-                result = self.mul(result, power)
-            power = self.mul(power, power)
-            e >>= 1
-        return result
-
-    def lift(self, a):
-        return a
-
-
-def ring_of(n):
-    return TableField(n) if n in (256, 65536) else Residues(n)
-
-
-# ---- polynomials: {exponents: coefficient}, without zeros ----
-
-
-def reduced(ring, p):
-    return {e: ring.of(c) for e, c in p.items() if ring.of(c)}
-
-
-def total(ring, p, q, minus=False):
-    result = dict(p)
-    for e, c in q.items():
-        old = result.pop(e, 0)
-        new = ring.sub(old, c) if minus else ring.add(old, c)
-        if new:
-            result[e] = new
-    return result
-
-
-def product(ring, p, q):
-    result = {}
-    for e, a in p.items():
-        for f, b in q.items():
-            key = tuple(i + j for i, j in zip(e, f))
-            new = ring.add(result.pop(key, 0), ring.mul(a, b))
-            if new:
-                result[key] = new
-    return result
-
-
-def power(ring, p, k):
-    result = constant(1)
-    for _ in range(k):
-        result = product(ring, result, p)
-    return result
-
-
-def constant(c):
-    return {(0,) * len(VARIABLES): c} if c else {}
-
-
-def derivative(ring, p, level):
-    result = {}
-    for e, c in p.items():
-        new = ring.times(e[level], c)
-        if new:
-            result[tuple(v - (i == level) for i, v in enumerate(e))] = new
-    return result
-
-
-def value(ring, p, point):
-    result = 0
-    for e, c in p.items():
-        for x, k in zip(point, e):
-            for _ in range(k):
-                c = ring.mul(c, x)
-        result = ring.add(result, c)
-    return result
-
-
-def divided(ring, p, q):
-    """Quotient and remainder in the order of the exponents; the leading number of q has an inverse."""
-    lead = max(q)
-    inverse = ring.inverse(q[lead])
-    quotient, rest = {}, dict(p)
-    while rest:
-        top = max(rest)
-        shift = tuple(i - j for i, j in zip(top, lead))
-        if min(shift) < 0:
-            break
-        term = {shift: ring.mul(rest[top], inverse)}
-        quotient.update(term)
-        rest = total(ring, rest, product(ring, term, q), minus=True)
-    return quotient, rest
-
-
-def written(p):
-    """As it is typed."""
-    terms = []
-    for e, c in sorted(p.items(), reverse=True):
-        factors = [f"({c})" if c < 0 else str(c)] + [f"{v}^{k}" for v, k in zip(VARIABLES, e) if k]
-        terms.append("*".join(factors))
-    return " + ".join(terms) or "0"
-
-
-# ---- what is shown ----
-
-TOKEN = re.compile(r"\s*(\d+|[a-z]\w*|[-+()^/])")
-
-
-class Reader:
-    """A value as it is shown: coefficients in parentheses in front of their powers, or a quotient of two such."""
-
-    def __init__(self, text, ring):
-        text = re.sub(r"\s*`\n\s*", "", text).split(";")[0].strip()
-        self.tokens, at = [], 0
-        while at < len(text):
-            token = TOKEN.match(text, at)
-            check(token, f"not a value: {text[:200]!r}")
-            self.tokens.append(token.group(1))
-            at = token.end()
-        self.ring, self.at = ring, 0
-
-    def peek(self):
-        return self.tokens[self.at] if self.at < len(self.tokens) else ""
-
-    def take(self):
-        self.at += 1
-        return self.tokens[self.at - 1]
-
-    def fraction(self):
-        num = self.sum()
-        if self.peek() != "/":
-            check(self.peek() == "", f"left over: {self.tokens[self.at:][:20]}")
-            return num, constant(1)
-        self.take()
-        return num, self.sum()
-
-    def sum(self):
-        result, minus = {}, False
-        while True:
-            if self.peek() in ("+", "-"):
-                minus = self.take() == "-"
-            result = total(self.ring, result, self.term(), minus)
-            if self.peek() not in ("+", "-"):
-                return result
-            minus = False
-
-    def term(self):
-        result = constant(1)
-        while re.match(r"[\da-z(]", self.peek() or " "):
-            result = product(self.ring, result, self.factor())
-        return result
-
-    def factor(self):
-        token = self.take()
-        if token == "(":
-            inner = self.sum()
-            check(self.take() == ")", "no closing parenthesis")
-            return inner
-        if token.isdigit():
-            return reduced(self.ring, constant(int(token)))
-        exponent = 1
-        if self.peek() == "^":
-            self.take()
-            exponent = int(self.take())
-        return {tuple(exponent * (v == token) for v in VARIABLES): 1}
-
-
-class Exact:
-    """The integers, for reading what the exact ring shows."""
-
-    of = staticmethod(lambda v: v)
-    add = staticmethod(lambda a, b: a + b)
-    sub = staticmethod(lambda a, b: a - b)
-    mul = staticmethod(lambda a, b: a * b)
-
-
-def shown_value(text, ring):
-    num, den = Reader(text, ring).fraction()
-    return num, den
+VARIABLES = ALL_VARIABLES[:3]
 
 
 # ---- sessions ----
 
 
-def answers(program, lines, seconds=60):
-    """What is shown for each line."""
-    with tempfile.TemporaryDirectory() as folder:
-        text = subprocess.run([program], input="\n".join(lines + ["&q", ""]), capture_output=True, text=True, cwd=folder,
-                              timeout=seconds * PATIENCE, check=True).stdout
-    parts = text.split("\n>")[1:]
-    check(len(parts) == len(lines) + 1, f"{len(parts) - 1} answers to {len(lines)} lines: {parts[-1][-300:]!r}")
-    return [part.strip("\n") for part in parts[:-1]]
-
-
 ENTER = [f"&(J = {v})" for v in VARIABLES]
+
+
+def exponents(rnd, degree, variables=len(VARIABLES)):
+    return tuple(rnd.randint(0, degree) if i < variables else 0 for i in range(len(ALL_VARIABLES)))
 
 
 def random_poly(rnd, ring, terms=5, degree=4, variables=3, monic=False):
     p = {}
     for _ in range(rnd.randint(1, terms)):
-        e = tuple(rnd.randint(0, degree) if i < variables else 0 for i in range(len(VARIABLES)))
+        e = exponents(rnd, degree, variables)
         c = rnd.choice([0, 1, ring.n - 1, rnd.randrange(ring.n), rnd.randrange(ring.n)])
         p[e] = c
     p = {e: c for e, c in p.items() if c} or constant(1)
@@ -419,55 +169,26 @@ def random_value(rnd):
         return constant(number(40)), constant(1)
     if kind == 1:
         return constant(number(12)), constant(abs(number(12)))
-    num = {tuple(rnd.randint(0, 4) for _ in VARIABLES): number(25) for _ in range(rnd.randint(1, 6))}
+    num = {exponents(rnd, 4): number(25) for _ in range(rnd.randint(1, 6))}
     if kind == 2:
         return num, constant(1)
     if kind == 3:
         return num, constant(abs(number(4)))
-    return num, {**{tuple(rnd.randint(0, 2) for _ in VARIABLES): number(3) for _ in range(2)}, (3, 0, 0): 1}
+    return num, {**{exponents(rnd, 2): number(3) for _ in range(2)}, (3, 0, 0, 0): 1}
 
 
 def typed(num, den):
     return written(num) if den == constant(1) else f"({written(num)})/({written(den)})"
 
 
-COUNT = 150
+# Plain names, elements of an array, and of a sparse array.
+NAMES = [f"v{i}" for i in range(150)] + [f"a[{i},{k}]" for i in range(1, 11) for k in range(1, 11)]
+SPARSE_NAMES = [f"s[{i},{7 * i % 50 + 1}]" for i in range(1, 51)]
+ARRAYS = ["Array a[10,10], s[50,50] Sparse"]
 
 
-def assignments(values):
-    return [f"v{i} := {typed(num, den)}" for i, (num, den) in enumerate(values)]
-
-
-def all_values(count):
-    return [f"v{i}" for i in range(count)]
-
-
-def temporary_round_trips(program):
-    rnd = random.Random(f"{SEED} temporary")
-    values = [random_value(rnd) for _ in range(COUNT)]
-    # A way there and back settles how many figures rationals are shown with.
-    lines = ENTER + ["&(p = 7)", "&p"] + assignments(values) + all_values(COUNT)
-    for n in MODULI:
-        lines += [f"&(p = {n}:)"] + all_values(COUNT) + [f"&(p = {rnd.choice([101, 256, 10])}:)", "&(p = _i:)"] + all_values(COUNT)
-    found = answers(program, lines, 120)
-    at = len(ENTER) + 2 + COUNT
-    before = found[at: at + COUNT]
-    at += COUNT
-    exact = [shown_value(text, Exact) for text in before]
-    for (num, den), (a, b) in zip(values, exact):
-        check(product(Exact, num, b) == product(Exact, a, den), f"{typed(num, den)} was assigned, {a} / {b} is there")
-    for n in MODULI:
-        ring = ring_of(n)
-        for i, text in enumerate(found[at + 1: at + 1 + COUNT]):
-            num, den = (reduced(ring, part) for part in exact[i])
-            if den and ring.inverse(den[max(den)]):
-                expect_ratio(f"v{i}", text, ring, num, den)
-            else:
-                check(text.strip() == "0", f"modulo {n}, v{i} has no image, but shows {text!r}")
-        at += COUNT + 3
-        for i, text in enumerate(found[at: at + COUNT]):
-            check(text == before[i], f"behind {n}, v{i} was {before[i]!r} and is {text!r}")
-        at += COUNT
+def assignments(names, values):
+    return [f"{name} := {typed(num, den)}" for name, (num, den) in zip(names, values)]
 
 
 def has_image(ring, den):
@@ -475,21 +196,54 @@ def has_image(ring, den):
     return bool(image) and ring.inverse(image[max(image)]) is not None
 
 
+def check_images(ring, names, texts, exact):
+    """What has no image is 0; a sparse array has one if all its entries have."""
+    whole = all(has_image(ring, den) for name, (_, den) in zip(names, exact) if name in SPARSE_NAMES)
+    for name, text, (num, den) in zip(names, texts, exact):
+        if has_image(ring, den) and (whole or name not in SPARSE_NAMES):
+            expect_ratio(name, text, ring, reduced(ring, num), reduced(ring, den))
+        else:
+            check(text.strip() == "0", f"modulo {ring.n}, {name} has no image, but shows {text!r}")
+
+
+def temporary_round_trips(program):
+    rnd = random.Random(f"{SEED} temporary")
+    names = NAMES + SPARSE_NAMES
+    values = [random_value(rnd) for _ in names]
+    count = len(names)
+    # A way there and back settles how many figures rationals are shown with.
+    lines = ENTER + ["&(p = 7)", "&p"] + ARRAYS + assignments(names, values) + names
+    for n in MODULI:
+        lines += [f"&(p = {n}:)"] + names + [f"&(p = {rnd.choice([101, 256, 10])}:)", "&(p = _i:)"] + names
+    found = answers(program, lines, 120)
+    at = len(ENTER) + 3 + count
+    before = found[at: at + count]
+    at += count
+    exact = [shown_value(text, Exact) for text in before]
+    for (num, den), (a, b) in zip(values, exact):
+        check(product(Exact, num, b) == product(Exact, a, den), f"{typed(num, den)} was assigned, {a} / {b} is there")
+    for n in MODULI:
+        check_images(ring_of(n), names, found[at + 1: at + 1 + count], exact)
+        at += count + 3
+        for name, text, text_before in zip(names, found[at: at + count], before):
+            check(text == text_before, f"behind {n}, {name} was {text_before!r} and is {text!r}")
+        at += count
+
+
 def permanent_round_trips(program):
     for n in MODULI:
         rnd, ring = random.Random(f"{SEED} permanent {n}"), ring_of(n)
-        values = [random_value(rnd) for _ in range(COUNT)]
+        names = NAMES + SPARSE_NAMES
+        values = [random_value(rnd) for _ in names]
         exact = [shown_value(text, Exact)
-                 for text in answers(program, ENTER + assignments(values) + all_values(COUNT), 120)[-COUNT:]]
-        kept = [i for i in range(COUNT) if has_image(ring, exact[i][1])]
-        names = [f"v{i}" for i in kept]
-        dropped = ["@(" + ", ".join(f"v{i}" for i in range(COUNT) if i not in kept) + ")"] if len(kept) < COUNT else []
-        lines = ENTER + assignments(values) + dropped + [f"&(p = {n})"] + names + ["&p"] + names
+                 for text in answers(program, ENTER + ARRAYS + assignments(names, values) + names, 120)[-len(names):]]
+        kept = [i for i in range(len(names)) if has_image(ring, exact[i][1])]
+        names, values, exact = ([all_of_them[i] for i in kept] for all_of_them in (names, values, exact))
+        lines = ENTER + ARRAYS + assignments(names, values) + [f"&(p = {n})"] + names + ["&p"] + names
         found = answers(program, lines, 120)
         there, back = found[-2 * len(names) - 1: -len(names) - 1], found[-len(names):]
-        for i, name, text, text_behind in zip(kept, names, there, back):
-            num, den = exact[i]
-            expect_ratio(name, text, ring, reduced(ring, num), reduced(ring, den))
+        check_images(ring, names, there, exact)
+        for name, text, text_behind in zip(names, there, back):
             a, b = ({e: ring.lift(c) for e, c in part.items()} for part in shown_value(text, ring))
             c, d = shown_value(text_behind, Exact)
             check(product(Exact, c, b) == product(Exact, d, a), f"{name} was {text!r} modulo {n} and is {text_behind!r}")

@@ -139,6 +139,16 @@ class Session:
         return 0
 
 
+def answers(program, lines, seconds=60):
+    """What is shown for each line."""
+    with tempfile.TemporaryDirectory() as folder:
+        text = subprocess.run([program], input="\n".join(lines + ["&q", ""]), capture_output=True, text=True, cwd=folder,
+                              timeout=seconds * PATIENCE, check=True).stdout
+    parts = text.split("\n>")[1:]
+    check(len(parts) == len(lines) + 1, f"{len(parts) - 1} answers to {len(lines)} lines: {parts[-1][-300:]!r}")
+    return [part.strip("\n") for part in parts[:-1]]
+
+
 def run_tests(tests, *arguments):
     """Calls each routine; tells which failed. The exit status."""
     failed = 0
