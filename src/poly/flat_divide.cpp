@@ -14,16 +14,14 @@
    zone a slice is one term, which is right for sparse operands. */
 #include "poly/flat_divide.h"
 
-#include "numbers/modular.h"
-#include "poly/flat_emit.h"
-#include "poly/flat_rings.h"
+#include "poly/flat_division_cells.h"
+#include "poly/flat_product.h"
 #include "poly/measures.h"
 #include "poly/mult_work.h"
 #include "top/interrupts.h"
 #include "top/stack_limit.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace tolvek {
 
@@ -155,98 +153,6 @@ class term_reader {
     int top = 0;
 };
 
-/* ---- cells of coefficients ---- */
-
-enum class step { found, zero, fails, too_large };
-
-template <class word> word chain_value(const number *x) {
-    word v = 0;
-    for (const numnode *d = x->num_head; d; d = d->next) v = v * digit_radix + d->digit;
-    return v;
-}
-
-/* Integers in cells of n words, 1 or 2. Coefficients of the quotient stay below a limit, so that all sums fit. */
-template <int n> class integer_cells {
-  public:
-    using value = std::conditional_t<n == 1, int64_t, __int128>;
-
-    integer_cells(uint32_t cells, const poly_extent &a, const poly_extent &b, const number *leading)
-        : lead(chain_value<int64_t>(leading)), word(std::size_t{cells} * n) {
-        std::fill(word.begin(), word.end(), 0);
-        const double room = std::ldexp(1.0, 64 * n - 2) - std::ldexp(1.0, a.bits);
-        const double by_sums = room / (b.norm * 1.001), by_words = std::ldexp(1.0, 62);
-        most = static_cast<int64_t>(std::min(by_sums, by_words));
-    }
-    static bool fits(const poly_extent &a, const poly_extent &b) {
-        return a.bits <= 64 * n - 3 && b.bits <= 62 && b.norm < std::ldexp(1.0, 62);
-    }
-
-    static int64_t load(const number *x) { return chain_value<int64_t>(x); }
-    void add(uint32_t cell, const number *x) { store(cell, of(cell) + chain_value<value>(x)); }
-    bool is_zero(uint32_t cell) const { return exact_ring<n>::empty(&word[std::size_t{cell} * n]); }
-    void clear(uint32_t cell) { store(cell, 0); }
-    step divide(uint32_t cell, int64_t *q) const {
-        const value v = of(cell), quotient = v / lead;
-        if (v == 0) return step::zero;
-        if (quotient * lead != v) return step::fails;
-        if (quotient > most || quotient < -most) return step::too_large;
-        *q = static_cast<int64_t>(quotient);
-        return step::found;
-    }
-    /* The cells from `from` on, at the places, -= q * y. */
-    void subtract(uint32_t from, int64_t q, const int64_t *y, const uint32_t *at, uint32_t count) {
-        uint64_t *c = &word[std::size_t{from} * n];
-        for (uint32_t k = 0; k < count; k++) exact_ring<n>::add(c + std::size_t{at[k]} * n, -q, y[k]);
-    }
-    static void put(int64_t q, number *x) {
-        put_chain(q < 0 ? -static_cast<uint64_t>(q) : static_cast<uint64_t>(q), q < 0 ? -1 : 1, x);
-    }
-
-  private:
-    using bits = std::conditional_t<n == 1, uint64_t, unsigned __int128>;
-    value of(uint32_t cell) const {
-        bits v = word[std::size_t{cell} * n];
-        if constexpr (n == 2) v |= static_cast<bits>(word[std::size_t{cell} * n + 1]) << 64;
-        return static_cast<value>(v);
-    }
-    void store(uint32_t cell, value v) {
-        word[std::size_t{cell} * n] = static_cast<uint64_t>(v);
-        if constexpr (n == 2) word[std::size_t{cell} * n + 1] = static_cast<uint64_t>(static_cast<bits>(v) >> 64);
-    }
-    const int64_t lead;
-    int64_t most;
-    buffer<uint64_t> word;
-};
-
-/* Residues modulo a prime. */
-class residue_cells {
-  public:
-    residue_cells(uint32_t cells, const number *leading)
-        : m(static_cast<uint32_t>(modulus)), inverse(static_cast<uint64_t>(mod_inverse(leading->lint_val))),
-          word(cells) {
-        std::fill(word.begin(), word.end(), 0);
-    }
-    static int64_t load(const number *x) { return x->lint_val; }
-    void add(uint32_t cell, const number *x) { m.add(word[cell], 1, static_cast<uint64_t>(x->lint_val)); }
-    bool is_zero(uint32_t cell) const { return word[cell] == 0; } /* as far as can be seen at a glance */
-    void clear(uint32_t cell) { word[cell] = 0; }
-    step divide(uint32_t cell, int64_t *q) const {
-        *q = static_cast<int64_t>(m.settle(m.settle(word[cell]) * inverse));
-        return *q ? step::found : step::zero;
-    }
-    void subtract(uint32_t from, int64_t q, const int64_t *y, const uint32_t *at, uint32_t count) {
-        uint64_t *c = &word[from];
-        const uint64_t minus = m.n - static_cast<uint64_t>(q);
-        for (uint32_t k = 0; k < count; k++) m.add(c[at[k]], minus, static_cast<uint64_t>(y[k]));
-    }
-    static void put(int64_t q, number *x) { x->lint_val = static_cast<int32_t>(q); }
-
-  private:
-    const residue_sum m;
-    const uint64_t inverse;
-    buffer<uint64_t> word;
-};
-
 /* ---- the division ---- */
 
 /* A polynomial by slices. `first` has one element more than there are slices. */
@@ -278,17 +184,17 @@ template <class ring> class flat_divider {
                 divisor.first.push(divisor.terms());
             }
             divisor.cell.push(of_b.cell);
-            divisor.word.push(ring::load(of_b.x));
+            divisor.word.push(cells.load(of_b.x));
         }
         divisor.first.push(divisor.terms());
         quotient.first.push(0);
     }
 
-    step run();
+    division_step run();
     void pour(polynode **q);
 
   private:
-    step slice(uint64_t key);
+    division_step slice(uint64_t key);
     void gather(uint64_t key);
     void take_product(const slice_pair &pair);
     bool quotient_term(uint64_t key, uint32_t cell, uint64_t *q_key, uint32_t *q_cell) const;
@@ -324,7 +230,7 @@ template <class ring> void flat_divider<ring>::take_product(const slice_pair &pa
     const uint32_t from = inner_b ? b0 : q0, count = inner_b ? b1 - b0 : q1 - q0;
     for (uint32_t i = inner_b ? q0 : b0; i < (inner_b ? q1 : b1); i++)
         cells.subtract(outer.cell[i], outer.word[i], &inner.word[from], &inner.cell[from], count);
-    count_work(uint64_t{q1 - q0} * (b1 - b0));
+    count_work(uint64_t{q1 - q0} * (b1 - b0) * cells.cost());
 }
 
 /* The cells of the slice, but for products with the first slice of b. */
@@ -373,7 +279,7 @@ bool flat_divider<ring>::quotient_term(uint64_t key, uint32_t cell, uint64_t *q_
 }
 
 /* Works off the slice; its terms of the quotient, if any, become a slice of that. */
-template <class ring> step flat_divider<ring>::slice(uint64_t key) {
+template <class ring> division_step flat_divider<ring>::slice(uint64_t key) {
     gather(key);
     const uint32_t lead_slice = divisor.first[1];
     uint64_t q_key = 0;
@@ -382,36 +288,36 @@ template <class ring> step flat_divider<ring>::slice(uint64_t key) {
         count_work(1);
         if (cells.is_zero(cell)) continue;
         int64_t q;
-        const step done = cells.divide(cell, &q);
+        const division_step done = cells.divide(cell, &q);
         cells.clear(cell);
-        if (done == step::zero) continue;
-        if (done != step::found) return done;
+        if (done == division_step::zero) continue;
+        if (done != division_step::found) return done;
         uint32_t q_cell;
-        if (!quotient_term(key, cell, &q_key, &q_cell)) return step::fails;
+        if (!quotient_term(key, cell, &q_key, &q_cell)) return division_step::fails;
         quotient.cell.push(q_cell);
         quotient.word.push(q);
         if (lead_slice == 1) continue;
         cells.subtract(q_cell, q, &divisor.word[1], &divisor.cell[1], lead_slice - 1);
         touch(q_cell + divisor.cell[lead_slice - 1], cell);
-        count_work(lead_slice);
+        count_work(lead_slice * cells.cost());
     }
-    if (quotient.terms() == quotient.first.back()) return step::found;
+    if (quotient.terms() == quotient.first.back()) return division_step::found;
     quotient.key.push(q_key);
     quotient.first.push(quotient.terms());
-    if (divisor.slices() == 1) return step::found;
+    if (divisor.slices() == 1) return division_step::found;
     pairs.push({q_key + divisor.key[1], quotient.slices() - 1, 1});
     std::push_heap(pairs.begin(), pairs.end(), lower_key);
-    return step::found;
+    return division_step::found;
 }
 
-template <class ring> step flat_divider<ring>::run() {
+template <class ring> division_step flat_divider<ring>::run() {
     for (more = dividend.next(); more || !pairs.empty();) {
         uint64_t key = more ? dividend.key : 0;
         if (!pairs.empty()) key = std::max(key, pairs[0].key);
-        const step done = slice(key);
-        if (done != step::found) return done;
+        const division_step done = slice(key);
+        if (done != division_step::found) return done;
     }
-    return step::found;
+    return division_step::found;
 }
 
 template <class ring> void flat_divider<ring>::pour(polynode **q) {
@@ -428,7 +334,7 @@ template <class ring> void flat_divider<ring>::pour(polynode **q) {
                                : quotient.cell[i] / s.stride[l] % (static_cast<uint64_t>(s.all.level[l].span()) + 1);
                 key |= field << to.level[k].shift;
             }
-            ring::put(quotient.word[i], out.next_number());
+            cells.put(quotient.word[i], out.next_number());
             terms.add_term(key);
             count_work(8);
         }
@@ -437,17 +343,34 @@ template <class ring> void flat_divider<ring>::pour(polynode **q) {
 }
 
 template <class ring>
-step divide_in(const polynode *a, const polynode *b, const division_shape &s, ring &&cells, polynode **q) {
+division_step divide_in(const polynode *a, const polynode *b, const division_shape &s, ring &&cells, polynode **q) {
     flat_divider<std::remove_reference_t<ring>> d(a, b, s, cells);
-    const step done = d.run();
-    if (done == step::found && q) d.pour(q);
+    const division_step done = d.run();
+    if (done == division_step::found && q) d.pour(q);
     return done;
 }
 
-flat_verdict verdict_of(step done) {
-    return done == step::found   ? flat_verdict::divides
-           : done == step::fails ? flat_verdict::fails
-                                 : flat_verdict::unfit;
+/* The narrowest cells come first. A quotient has about the bits that the dividend has more than the divisor, and rarely
+   more than the dividend has. */
+division_step divide_integers(const polynode *a, const poly_extent &of_a, const polynode *b, const poly_extent &of_b,
+                              const division_shape &s, polynode **q) {
+    constexpr int bits_to_spare = 64;
+    const number *leading = leading_coef(b)->num;
+    division_step done = division_step::too_large;
+    if (integer_cells<1>::fits(of_a, of_b))
+        done = divide_in(a, b, s, integer_cells<1>(s.cells, of_a, of_b, leading), q);
+    if (done == division_step::too_large && integer_cells<2>::fits(of_a, of_b))
+        done = divide_in(a, b, s, integer_cells<2>(s.cells, of_a, of_b, leading), q);
+    for (const int bits : {std::max(of_a.bits - of_b.bits, 0), of_a.bits})
+        if (done == division_step::too_large && narrow_coefficients(of_a, of_b))
+            done = divide_in(a, b, s, long_cells(s.cells, of_a, of_b, leading, bits + bits_to_spare), q);
+    return done;
+}
+
+flat_verdict verdict_of(division_step done) {
+    return done == division_step::found   ? flat_verdict::divides
+           : done == division_step::fails ? flat_verdict::fails
+                                          : flat_verdict::unfit;
 }
 
 bool ring_fits() {
@@ -467,14 +390,8 @@ flat_verdict divide_flat(const polynode *a, const polynode *b, polynode **q, boo
     division_shape s;
     if (of_a.terms > INT32_MAX || of_b.terms > INT32_MAX || !make_shape(of_a, of_b, of_q, &s))
         return flat_verdict::unfit;
-    const number *leading = leading_coef(b)->num;
-    if (modularmode) return verdict_of(divide_in(a, b, s, residue_cells(s.cells, leading), q));
-    step done = step::too_large;
-    if (integer_cells<1>::fits(of_a, of_b))
-        done = divide_in(a, b, s, integer_cells<1>(s.cells, of_a, of_b, leading), q);
-    if (done == step::too_large && integer_cells<2>::fits(of_a, of_b))
-        done = divide_in(a, b, s, integer_cells<2>(s.cells, of_a, of_b, leading), q);
-    return verdict_of(done);
+    return verdict_of(modularmode ? divide_in(a, b, s, residue_cells(s.cells, leading_coef(b)->num), q)
+                                  : divide_integers(a, of_a, b, of_b, s, q));
 }
 
 } // namespace tolvek

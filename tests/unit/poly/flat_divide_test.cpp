@@ -160,6 +160,40 @@ TEST_F(flat_divide_test, coefficients_at_the_ends_of_one_and_of_two_words) {
             }
 }
 
+TEST_F(flat_divide_test, coefficients_of_many_words) {
+    for (int i = times(60); i > 0; i--) {
+        const poly_shape shape{1 + rnd.below(3), 2 + rnd.below(12), 1 + rnd.below(9), 1 + rnd.below(40), false};
+        poly_handle a(rand_nonzero_poly(rnd, shape)), b(rand_nonzero_poly(rnd, shape));
+        if (!has_variables(a.get()) || is_constant(b.get())) continue;
+        poly_handle product(table_product(a.get(), b.get())), rest(poly_of("x")), r(poly_of("1")), sum;
+        expect_quotient(product.get(), b.get(), a.get(), "chain");
+        if (HasFatalFailure()) return;
+        *sum.slot() = table_sum(product.get(), r.get());
+        EXPECT_NE(divide_flat(sum.get(), b.get(), nullptr, false), flat_verdict::divides);
+    }
+}
+
+/* (x^k - 1)^m by (x - 1)^m. With k = 2 the three have about equal bits; with k = 10 the quotient has three times as many. */
+TEST_F(flat_divide_test, quotients_with_coefficients_longer_than_those_of_the_dividend) {
+    for (uint32_t m : {20u, 62u, 100u, 200u}) {
+        for (const std::string k : {"2", "10"}) {
+            const bool equal = k == "2";
+            poly_handle a(poly_of("x^" + k + " - 1")), b(poly_of("x - 1")), q,
+                expected(poly_of(equal ? "x + 1" : "x^9 + x^8 + x^7 + x^6 + x^5 + x^4 + x^3 + x^2 + x + 1"));
+            compute_power(a.slot(), m, polynames);
+            compute_power(b.slot(), m, polynames);
+            compute_power(expected.slot(), m, polynames);
+            EXPECT_EQ(divide_flat(a.get(), b.get(), q.slot(), false),
+                      equal || m == 20 ? flat_verdict::divides : flat_verdict::unfit)
+                << m << " " << k;
+            int failed = 2;
+            gen_poly_divide(a.get(), b.get(), q.slot(), polynames, &failed);
+            EXPECT_EQ(failed, 0);
+            EXPECT_TRUE(poly_equal(q.get(), expected.get())) << m << " " << k;
+        }
+    }
+}
+
 TEST_F(flat_divide_test, exponents_that_no_word_holds_are_left_to_the_lists) {
     poly_handle a(poly_of("x^200000000*y^200000000*z^200000000 + 1")), b(poly_of("x + y + z")), q;
     poly_handle product(table_product(a.get(), b.get()));
