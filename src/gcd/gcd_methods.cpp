@@ -37,7 +37,7 @@ verdict trial(gcd_work *w) {
 }
 
 /* Nodes of both operands from which images pay: below, Algorithm C is through before two primes are. */
-constexpr int modular_nodes = 40, interpolation_nodes = 80;
+constexpr int modular_nodes = 40, interpolation_nodes = 24;
 
 static verdict by_images(gcd_work *w) {
     w->images_tried = true;

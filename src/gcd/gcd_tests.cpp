@@ -2,6 +2,7 @@
 #include "gcd/gcd_images.h"
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
+#include "gcd/sparse_gcd.h"
 #include "numbers/handles.h"
 #include "numbers/int_gcd.h"
 #include "numbers/random.h"
@@ -37,15 +38,30 @@ verdict modular_pretest(gcd_work *w) {
 /* Opens with relations on variables. */
 verdict euclid_over_field(gcd_work *) { return verdict::next; }
 
+/* Residues modulo a small prime are too few points for large operands. */
+static bool wants_larger_field(const gcd_work *w) {
+    constexpr int small_modulus = 1000, few_nodes = 24;
+    return chinhensel && !finf && modulus < small_modulus && w->total >= few_nodes;
+}
+
 /* Does the image at random points of the deeper variables leave the degree of the GCD? Residues modulo a prime. A pass
    that finds degree 0 proves the GCD free of the main variable: both images keep their degrees. */
 verdict evaluation_tests_modular(gcd_work *w) {
     if (!w->run_tests || !in_prime_field() || field_depth != 0) return verdict::next;
+    const bool large = wants_larger_field(w);
     for (int i = 0; i < evaluation_passes; i++) {
+        const bool in_larger_field = large && i + 1 < evaluation_passes; /* which high degrees do not have */
         int32_t degree;
-        if (!evaluation_test(w->u->p, w->v->p, w->names, &degree)) continue;
+        bool coprime = false;
+        if (in_larger_field ? !degrees_over_larger_field(w->u->p, w->v->p, &degree, &coprime)
+                            : !evaluation_test(w->u->p, w->v->p, w->names, &degree))
+            continue;
         w->good_image = true;
         w->lower_bound(degree);
+        if (coprime) {
+            w->answer_one();
+            return verdict::finish;
+        }
         if (degree == 0) return free_of_main(w);
         break;
     }
@@ -101,8 +117,8 @@ static const polynode *smallest_coefficient(const polynode *p) {
 /* The content by one GCD: that of the smallest coefficient and a combination of the others is a multiple of it, and is
    proved to be the content if it divides the operand. False where it does not, and where this is not worth it. */
 static bool content_by_combination(gcd_work *w, gcd_operand *a, poly_handle &c) {
-    constexpr int few_coefficients = 3, small_modulus = 1000;
-    const bool fits = field_depth == 0 && (over_integers() || (in_prime_field() && modulus > small_modulus));
+    constexpr int few_coefficients = 3;
+    const bool fits = field_depth == 0 && (over_integers() || in_prime_field());
     if (!fits || !w->below() || any_number_coefficient(a->p) || poly_length(a->p) <= few_coefficients) return false;
     const polynode *smallest = smallest_coefficient(a->p);
     poly_handle sum;

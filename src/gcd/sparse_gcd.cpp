@@ -2,6 +2,7 @@
 
 #include "gcd/gcd_sizes.h"
 #include "gcd/gcd_work.h"
+#include "gcd/log_images.h"
 #include "gcd/sparse_images.h"
 #include "numbers/handles.h"
 #include "numbers/int_mult.h"
@@ -73,27 +74,77 @@ static outcome images_of(sparse_work &work, const uni_field &f, bool is_first) {
 
 /* ---- modulo a prime ---- */
 
-bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
+/* g := the GCD, if the work has its terms, or if there are none to be found. */
+static bool take_answer(outcome seen, const polynode *u, const polynode *v, const sparse_work &work, polynode **g,
+                        pt *names) {
+    if (seen == outcome::coprime) {
+        poly_set(1, g);
+        return true;
+    }
+    if (seen != outcome::found) return false;
+    poly_handle answer(work.built(work.terms, static_cast<uint32_t>(int32_t{modulus})));
+    if (!is_answer(u, v, answer, names)) return false;
+    answer.release_to(g);
+    return true;
+}
+
+/* Over the field of residues itself, where that has enough elements. */
+static bool residues_suffice(sparse_work &work, const polynode *u, const polynode *v, polynode **g, pt *names) {
     constexpr uint32_t least_prime = 1000;
     const uni_field f = uni_field::in_force();
-    poly_handle normaliser;
-    sparse_work work;
-    if (!f.odd_prime() || f.p < least_prime || !prepare(u, v, normaliser, work, names)) return false;
+    if (!f.odd_prime() || f.p < least_prime) return false;
     reduce_all(work, f.p);
     for (int i = 0; i < attempts; i++) {
         const outcome seen = images_of(work, f, true);
-        if (seen == outcome::hopeless) return false;
-        if (seen == outcome::coprime) {
-            poly_set(1, g);
-            return true;
-        }
-        if (seen == outcome::bad_points) continue;
-        poly_handle answer(work.built(work.terms, f.p));
-        if (!is_answer(u, v, answer, names)) continue;
-        answer.release_to(g);
-        return true;
+        if (take_answer(seen, u, v, work, g, names)) return true;
+        if (seen == outcome::hopeless) break;
     }
     return false;
+}
+
+static bool field_suffices(const log_field &f, sparse_work &work, const polynode *u, const polynode *v, polynode **g,
+                           pt *names) {
+    if (!f.is_there()) return false;
+    log_images images(f, work);
+    for (int i = 0; i < attempts; i++) {
+        int32_t degree[most_variables];
+        if (!images.find_degrees(degree)) continue;
+        const outcome seen = degree[0] ? images.find_terms(degree) : outcome::coprime;
+        if (take_answer(seen, u, v, work, g, names)) return true;
+        if (seen == outcome::hopeless) break;
+    }
+    return false;
+}
+
+bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
+    const uint32_t p = static_cast<uint32_t>(int32_t{modulus});
+    poly_handle normaliser;
+    sparse_work work;
+    if (finf || !prepare(u, v, normaliser, work, names)) return false;
+    if (residues_suffice(work, u, v, g, names)) return true;
+    for (const field_size size : {field_size::near, field_size::large})
+        if (p < log_field::largest_prime && field_suffices(log_field(p, size), work, u, v, g, names)) return true;
+    return false;
+}
+
+/* ---- degrees modulo a prime ---- */
+
+bool degrees_over_larger_field(const polynode *u, const polynode *v, int32_t *degree, bool *coprime) {
+    const uint32_t p = static_cast<uint32_t>(int32_t{modulus});
+    if (finf || p > log_field::largest_prime) return false;
+    const log_field f(p);
+    if (!f.is_there()) return false;
+    sparse_work work;
+    poly_handle one;
+    poly_set(1, one.slot());
+    work.pour(u, v, one.get(), std::max(deepest_level(u), deepest_level(v)));
+    if (work.has_high_degrees()) return false;
+    log_images images(f, work);
+    int32_t degrees[most_variables];
+    if (!images.find_degrees(degrees)) return false;
+    *degree = degrees[0];
+    *coprime = std::all_of(degrees, degrees + work.variables, [](int32_t d) { return d == 0; });
+    return true;
 }
 
 /* ---- over the integers ---- */

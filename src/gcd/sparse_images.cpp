@@ -169,17 +169,22 @@ bool sparse_work::find_degrees(const uni_field &f, int32_t *bounds) {
     return true;
 }
 
-outcome sparse_work::set_radices(const uni_field &f) {
-    int32_t degree[most_variables];
-    if (!find_degrees(f, degree)) return outcome::bad_points;
+bool sparse_work::set_radices(const int32_t *degree) {
+    constexpr uint64_t most = uint64_t{1} << 60;
     bound = 1;
     for (int k = variables - 1; k > 0; k--) {
         radix[k] = static_cast<uint64_t>(degree[k]) + static_cast<uint64_t>(normaliser.degree(k)) + 1;
         weight[k] = bound;
+        if (radix[k] > most / bound) return false;
         bound *= radix[k];
-        if (bound > f.p / 4) return outcome::hopeless;
     }
-    return outcome::found;
+    return true;
+}
+
+outcome sparse_work::set_radices(const uni_field &f) {
+    int32_t degree[most_variables];
+    if (!find_degrees(f, degree)) return outcome::bad_points;
+    return set_radices(degree) && bound <= f.p / 4 ? outcome::found : outcome::hopeless;
 }
 
 /* ---- points ---- */
@@ -265,9 +270,9 @@ polynode *sparse_work::built_part(const buffer<image_term> &list, std::size_t fr
                                   uint32_t p) const {
     growing_list result;
     while (from < to) {
-        const int32_t e = digit(list[from], variable);
+        const int32_t e = exponent(list[from], variable);
         std::size_t end = from + 1;
-        while (end < to && digit(list[end], variable) == e) end++;
+        while (end < to && exponent(list[end], variable) == e) end++;
         const bool last = variable == variables - 1;
         poly_handle c(last ? constant_of(list[from].coefficient, p) : built_part(list, from, end, variable + 1, p));
         poly_handle term;

@@ -60,6 +60,14 @@ struct sparse_work {
        where a prime of this size cannot tell the exponents apart. Before both routines come the residues. */
     outcome set_radices(const uni_field &f);
     outcome take_images(const uni_field &f);
+    /* By the degrees of the GCD in the variables; false where no word holds the exponents. */
+    bool set_radices(const int32_t *degree);
+    std::size_t degree_bound(int variable) const { return static_cast<std::size_t>(radix[variable] - 1); }
+    uint64_t step_of(int variable) const { return weight[variable]; } /* in the exponents of image_term */
+    int32_t exponent(const image_term &t, int variable) const {
+        if (variable == 0) return t.main;
+        return static_cast<int32_t>(t.exponent / weight[variable] % radix[variable]);
+    }
 
     /* Of exponents within the degrees of the answer. */
     uint64_t packed(const int32_t *exponents) const {
@@ -74,10 +82,6 @@ struct sparse_work {
   private:
     uint64_t radix[most_variables], weight[most_variables], bound = 1;
 
-    int32_t digit(const image_term &t, int variable) const {
-        if (variable == 0) return t.main;
-        return static_cast<int32_t>(t.exponent / weight[variable] % radix[variable]);
-    }
     polynode *built_part(const buffer<image_term> &list, std::size_t from, std::size_t to, int variable,
                          uint32_t p) const;
 

@@ -360,6 +360,24 @@ TEST_F(polygcd_test, of_large_products_by_images) {
     EXPECT_GT(gcd_answers(47), 0);
 }
 
+/* Too many terms for the sequence of subresultants, and too few residues for points. */
+TEST_F(polygcd_test, of_large_products_modulo_small_primes) {
+    const kept_value<int> allowed(chinhensel, 1);
+    for (const char *ring_name : {"2", "3", "7", "101"}) {
+        test_ring ring(ring_name);
+        for (int variables = 3; variables <= 5; variables++) {
+            poly_handle a(sparse_poly(rnd, variables, 20, 6, modulus - 1)),
+                b(sparse_poly(rnd, variables, 20, 6, modulus - 1));
+            planted p;
+            *p.planted_factor.slot() = sparse_poly(rnd, variables, 20, 6, modulus - 1);
+            poly_mult(a.get(), p.planted_factor.get(), p.u.slot(), nullptr);
+            poly_mult(b.get(), p.planted_factor.get(), p.v.slot(), nullptr);
+            check_planted(rnd, p, std::string("large, modulo ") + ring_name);
+            if (HasFatalFailure() || HasNonfatalFailure()) return;
+        }
+    }
+}
+
 /* ---- ownership ---- */
 
 TEST_F(polygcd_test, operands_that_are_given_away_are_consumed) {
