@@ -16,7 +16,8 @@ namespace tolvek {
 
 void value_list::add(quoly_handle &value) {
     if (count() >= most_cells) array_error(71, token);
-    values.push(value.release());
+    values.push(nullptr); /* may fail: the value is still its owner's */
+    values[values.size() - 1] = value.release();
 }
 
 void value_list::move_by_rows(int64_t rows, matrix_value &result) {

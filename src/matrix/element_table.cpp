@@ -25,12 +25,8 @@ quolynode **syst_cells = nullptr;
 struct cell_range {
     int32_t first, last;
 };
-struct waiting_rows {
-    sparse_frame *head;
-    int32_t rows;
-};
 static buffer<cell_range> gaps;
-static buffer<waiting_rows> waiting_matrices;
+static sparse_frame *waiting_matrices = nullptr; /* through waiting_next */
 static buffer<colm *> waiting_entries;
 static array_record *waiting_arrays = nullptr;
 static quolynode *waiting_values = nullptr; /* through `link` */
@@ -67,10 +63,10 @@ void drop_entry(colm *c) {
 
 void drop_rows(sparse_frame *head, int32_t rows) {
     if (!head) return;
-    if (entries_are_held())
-        waiting_matrices.push({head, rows});
-    else
-        free_sparse(&head, rows);
+    if (!entries_are_held()) return free_sparse(&head, rows);
+    head->waiting_rows = rows;
+    head->waiting_next = waiting_matrices;
+    waiting_matrices = head;
 }
 
 /* ---- rows that are borrowed ---- */
@@ -211,8 +207,8 @@ static bool cells_may_move() { return !values_are_held() && cells_held == 0; }
 bool is_shared(const array_record *a) { return a->is_parameter() || has_parameter(a); }
 
 void drop_cells(array_record *a) {
-    for (int32_t i = a->first; i <= a->last; i++) store_element(&table_cell(i), nullptr);
     leave_gap(a->first, a->last);
+    for (int32_t i = a->first; i <= a->last; i++) store_element(&table_cell(i), nullptr);
     a->first = 0;
     a->last = -1;
 }
@@ -324,30 +320,33 @@ void remove_arrays_of_name(token_record &name, bool newest_too) {
 
 /* ---- ordinary arrays turn sparse ---- */
 
-static void take_cell(quolynode **cell, int32_t column, row_builder &row) {
-    if (!*cell) return;
-    if (quoly_is_zero(*cell)) {
-        store_element(cell, nullptr);
-        return;
+/* The entries of row r, which share the values of the cells until these give them up. */
+static void share_row(const array_record *a, int32_t r, colm **head) {
+    row_builder row(head);
+    const int32_t cols = a->cols();
+    for (int32_t c = 0; c < cols; c++) {
+        quolynode *value = table_cell(a->first + c * a->rows + r);
+        if (!value || quoly_is_zero(value)) continue;
+        colm *entry = newcolm();
+        entry->column = c + 1;
+        entry->value = value;
+        row.add_node(entry);
     }
-    colm *c = newcolm();
-    c->column = column;
-    c->value = *cell;
-    *cell = nullptr;
-    row.add_node(c);
 }
 
-/* The parameters of the array turn sparse with it; only then is the error raised, so that all is whole. */
+/* Nothing changes before the rows are complete. The parameters of the array turn sparse with it; only then is the error
+   raised, so that all is whole. */
 void fill_sparse(array_record *a) {
-    sparse_frame *frames;
-    sparse_init(&frames, a->rows);
-    row_walk walk(frames);
-    const int32_t rows = a->rows, cols = a->cols();
-    for (int32_t r = 0; r < rows; r++, walk.next()) {
-        row_builder row(&*walk);
-        for (int32_t c = 0; c < cols; c++) take_cell(&table_cell(a->first + c * rows + r), c + 1, row);
-    }
+    shared_rows shared(a->rows);
+    row_walk walk(shared.get());
+    for (int32_t r = 0; r < a->rows; r++, walk.next()) share_row(a, r, &*walk);
     leave_gap(a->first, a->last);
+    for (int32_t i = a->first; i <= a->last; i++) {
+        quolynode *&cell = table_cell(i);
+        if (cell && quoly_is_zero(cell)) drop_value(cell);
+        cell = nullptr;
+    }
+    sparse_frame *frames = shared.release();
     a->sparse_head = frames;
     a->first = 0;
     a->last = -1;
@@ -377,8 +376,10 @@ void release_pending_arrays() {
         push_colm(c);
     }
     waiting_entries.clear();
-    for (waiting_rows &m : waiting_matrices) free_sparse(&m.head, m.rows);
-    waiting_matrices.clear();
+    while (sparse_frame *head = waiting_matrices) {
+        waiting_matrices = head->waiting_next;
+        free_sparse(&head, head->waiting_rows);
+    }
     free_waiting_ordinary();
     while (array_record *a = waiting_arrays) {
         waiting_arrays = a->next;

@@ -101,9 +101,9 @@ template <class arithmetic> class row_sums {
         if (is_there[index(c)]) {
             arithmetic::add(x, y, &at[index(c)]);
         } else {
+            met.push(c);
             arithmetic::first(x, y, &at[index(c)]);
             is_there[index(c)] = 1;
-            met.push(c);
         }
     }
     /* Calls give(column, value) for the columns in ascending order; the row is empty then. */

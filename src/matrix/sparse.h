@@ -22,13 +22,17 @@ struct sparse_frame {
        modulus, -1 for the rationals. Owned; null: there is none. */
     sparse_frame *original;
     int32_t frame_mode;
+    /* In the first frame of a matrix that waits to be freed (drop_rows): the next such one, and how many rows this one has. */
+    sparse_frame *waiting_next;
+    int32_t waiting_rows;
 };
 
 sparse_frame *newsparse(); /* heads null, without an original */
 void push_sparse(sparse_frame *f);
 void drop_original_rows(sparse_frame *head);
 long sparse_frames_in_use();
-void sparse_init(sparse_frame **head, int32_t rows); /* *head := rows without entries */
+void sparse_init(sparse_frame **head,
+                 int32_t rows); /* *head := rows without entries, all of them or, if it throws, none */
 
 /* The head of a row, counted from 1. */
 colm **sparse_row(sparse_frame *head, int32_t row);
@@ -105,9 +109,9 @@ void sparse_adjoin(sparse_frame *head, int32_t row, int32_t column, quoly_handle
 void sparse_set_scalar(array_record *array, const quolynode *value);
 /* A matrix of its own in *dst, row by row a copy, or the negative. */
 void copy_sparse(sparse_frame *src, sparse_frame **dst, int32_t rows, bool negate);
-/* The transpose. flip_sparse: a second structure whose entries share the values; free it by free_sparse_frame.
-   trans_sparse: the same entries in new frames. */
-void flip_sparse(sparse_frame *src, sparse_frame **dst, int32_t rows, int32_t cols);
+/* The transpose. flip_sparse: into rows without entries; the new entries share the values. trans_sparse: the same entries in
+   new frames. */
+void flip_sparse(sparse_frame *src, sparse_frame *dst, int32_t rows, int32_t cols);
 void trans_sparse(sparse_frame **head, int32_t rows, int32_t cols);
 /* The entries of src, whose rows become empty, take the place of those of dst. */
 void put_back_sparse(sparse_frame *src, sparse_frame *dst, int32_t rows);
@@ -147,18 +151,31 @@ class sparse_handle {
     int32_t rows = 0;
 };
 
-/* A borrowed transpose. */
-class flipped_rows {
+/* Rows whose entries share the values of others: these stay when it goes. */
+class shared_rows {
   public:
-    flipped_rows(sparse_frame *src, int32_t rows, int32_t cols) : count(cols) { flip_sparse(src, &head, rows, cols); }
-    ~flipped_rows() { free_sparse_frame(&head, count); }
-    flipped_rows(const flipped_rows &) = delete;
-    flipped_rows &operator=(const flipped_rows &) = delete;
+    explicit shared_rows(int32_t its_rows) : count(its_rows) { sparse_init(&head, count); }
+    ~shared_rows() { free_sparse_frame(&head, count); }
+    shared_rows(const shared_rows &) = delete;
+    shared_rows &operator=(const shared_rows &) = delete;
     sparse_frame *get() const { return head; }
+    /* The values are the rows' own from now on. */
+    sparse_frame *release() {
+        sparse_frame *f = head;
+        head = nullptr;
+        return f;
+    }
 
   private:
     sparse_frame *head = nullptr;
     int32_t count;
+};
+
+/* The transpose of a matrix. */
+struct flipped_rows : shared_rows {
+    flipped_rows(sparse_frame *src, int32_t rows, int32_t cols) : shared_rows(cols) {
+        flip_sparse(src, get(), rows, cols);
+    }
 };
 
 } // namespace tolvek

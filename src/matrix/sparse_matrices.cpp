@@ -87,9 +87,8 @@ static void reverse_all(sparse_frame *head, int32_t rows) {
     }
 }
 
-void flip_sparse(sparse_frame *src, sparse_frame **dst, int32_t rows, int32_t cols) {
-    sparse_init(dst, cols);
-    frame_table flipped(*dst);
+void flip_sparse(sparse_frame *src, sparse_frame *dst, int32_t rows, int32_t cols) {
+    frame_table flipped(dst);
     row_walk walk(src);
     for (int32_t r = 1; r <= rows; r++, walk.next())
         for (const colm *c = *walk; c; c = c->next) {
@@ -99,14 +98,13 @@ void flip_sparse(sparse_frame *src, sparse_frame **dst, int32_t rows, int32_t co
             n->next = *head;
             *head = n;
         }
-    reverse_all(*dst, cols);
+    reverse_all(dst, cols);
 }
 
 /* Each entry changes its list, and its column becomes its row: nothing is copied. */
 void trans_sparse(sparse_frame **head, int32_t rows, int32_t cols) {
-    sparse_frame *fresh;
-    sparse_init(&fresh, cols);
-    frame_table flipped(fresh);
+    sparse_handle fresh(cols);
+    frame_table flipped(fresh.get());
     row_walk walk(*head);
     for (int32_t r = 1; r <= rows; r++, walk.next())
         while (colm *c = *walk) {
@@ -116,23 +114,27 @@ void trans_sparse(sparse_frame **head, int32_t rows, int32_t cols) {
             c->next = *to;
             *to = c;
         }
-    reverse_all(fresh, cols);
+    reverse_all(fresh.get(), cols);
     free_sparse(head, rows);
-    *head = fresh;
+    *head = fresh.release();
 }
 
 /* ---- moving rows ---- */
 
+/* The rows change places first: whatever happens while the old entries are dropped, dst is whole. */
 void put_back_sparse(sparse_frame *src, sparse_frame *dst, int32_t rows) {
     row_walk from(src), to(dst);
     for (int32_t r = 0; r < rows; r++, from.next(), to.next()) {
-        while (colm *c = *to) {
-            *to = c->next;
+        colm *old = *to;
+        *to = *from;
+        *from = old;
+    }
+    row_walk old(src);
+    for (int32_t r = 0; r < rows; r++, old.next())
+        while (colm *c = *old) {
+            *old = c->next;
             drop_entry(c);
         }
-        *to = *from;
-        *from = nullptr;
-    }
 }
 
 void reverse_rows(sparse_frame *head, int32_t rows) {

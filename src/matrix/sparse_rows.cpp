@@ -23,7 +23,8 @@ sparse_frame *newsparse() {
     }
     for (colm *&head : f->row) head = nullptr;
     f->frame_mode = 0;
-    f->original = f->frame_next = nullptr;
+    f->original = f->frame_next = f->waiting_next = nullptr;
+    f->waiting_rows = 0;
     return f;
 }
 
@@ -44,13 +45,26 @@ void push_sparse(sparse_frame *f) {
 
 long sparse_frames_in_use() { return frames_made - frames_free; }
 
-void sparse_init(sparse_frame **head, int32_t rows) {
-    sparse_frame **link = head;
-    *link = nullptr;
-    for (int64_t done = 0; done < rows; done += frame_rows) {
-        *link = newsparse();
-        link = &(*link)->frame_next;
+static void push_frames(sparse_frame **head) {
+    while (sparse_frame *f = *head) {
+        *head = f->frame_next;
+        push_sparse(f);
     }
+}
+
+void sparse_init(sparse_frame **head, int32_t rows) {
+    struct frames {
+        sparse_frame *first = nullptr;
+        ~frames() { push_frames(&first); }
+    } made;
+    *head = nullptr;
+    for (int64_t done = 0; done < rows; done += frame_rows) {
+        sparse_frame *f = newsparse();
+        f->frame_next = made.first; /* all are alike */
+        made.first = f;
+    }
+    *head = made.first;
+    made.first = nullptr;
 }
 
 /* A frame has 2^11 rows; even 100,000 rows are reached in 48 steps. */
@@ -225,13 +239,6 @@ void free_colm(colm **link) {
 
 void free_sparse_row(colm **row) {
     while (*row) free_colm(row);
-}
-
-static void push_frames(sparse_frame **head) {
-    while (sparse_frame *f = *head) {
-        *head = f->frame_next;
-        push_sparse(f);
-    }
 }
 
 void free_sparse_data(sparse_frame *head, int32_t rows) {

@@ -143,27 +143,23 @@ TEST_F(compile_names, a_hundred_names_are_the_most) {
 
 TEST_F(compile_names, refusals) {
     run("q := 1:\nArray a[2]; Array s[2,2] Sparse\nArray z[1]; z[1] := 1");
-    struct {
-        const char *function;
-        int number;
-    } const cases[] = {
-        {"Func F = Compile(zz); 1;.\nF", 19},
-        {"Func F = Compile(q 1); 1;.\nF", 231},
-        {"Func F = Compile(Q); 1;.\nF", 232},
-        {"Func F = if 1 then Compile fi; 1;.\nF", 229},
-        {"if 1 then Compile fi", 234},
-        {"Func F = Compile([zz]); 1;.\nF", 28},
-        {"Func F = Compile([a); 1;.\nF", 24},
-        {"Func F = Compile([s]); 1;.\nF", 242},
-        {"Func F = Compile(a[1]); 1;.\nF", 29},
-        {"Func F = Compile(a[9]); 1;.\nF", 27},
-        {"Func F = Compile(zz[1]); 1;.\nF", 28},
-        {"Func F = Compile(z[zz]); 1;.\nF", 246},
-        {"Func F = Compile(z[(1)]); 1;.\nF", 246},
-        {"Func F = Compile(z[1); 1;.\nF", 267},
-        {"Func F(v) = Compile; 1;.\nF([s])", 247},
-    };
-    for (const auto &c : cases) EXPECT_EQ(error_of(run(c.function)), c.number) << c.function;
+    expect_errors(*this, {
+                             {"Func F = Compile(zz); 1;.\nF", 19},
+                             {"Func F = Compile(q 1); 1;.\nF", 231},
+                             {"Func F = Compile(Q); 1;.\nF", 232},
+                             {"Func F = if 1 then Compile fi; 1;.\nF", 229},
+                             {"if 1 then Compile fi", 234},
+                             {"Func F = Compile([zz]); 1;.\nF", 28},
+                             {"Func F = Compile([a); 1;.\nF", 24},
+                             {"Func F = Compile([s]); 1;.\nF", 242},
+                             {"Func F = Compile(a[1]); 1;.\nF", 29},
+                             {"Func F = Compile(a[9]); 1;.\nF", 27},
+                             {"Func F = Compile(zz[1]); 1;.\nF", 28},
+                             {"Func F = Compile(z[zz]); 1;.\nF", 246},
+                             {"Func F = Compile(z[(1)]); 1;.\nF", 246},
+                             {"Func F = Compile(z[1); 1;.\nF", 267},
+                             {"Func F(v) = Compile; 1;.\nF([s])", 247},
+                         });
     run("Func G(v) = Compile; v[1];.");
     EXPECT_EQ(value_of("G([z])"), "1");
     EXPECT_EQ(error_of(run("G([s])")), 247); /* at a later call too */
