@@ -135,28 +135,69 @@ void old_term(stream *input, quolynode **result, name **cursor) {
 
 static bool continues_sum() { return token_is(token, "+") || token_is(token, "-"); }
 
-void expre(stream *input, place &at, quolynode **result, name **cursor) {
+/* A sum that is only at its place, and what is added to it: owned, or at a place too. */
+static void add_to_place(const quolynode *left, bool minus, quoly_handle &owned, const place &right,
+                         quolynode **result) {
+    if (!owned) {
+        (minus ? quoly_sub : quoly_add)(left, value_at(right), result);
+    } else if (minus) {
+        quoly_sub(left, owned.get(), result);
+    } else {
+        *result = owned.release();
+        better_quoly_add(*result, left, result);
+    }
+}
+
+/* plain: nothing that is stored changes while the operands are read, and none is copied. */
+static void sum(stream *input, place &at, quolynode **result, name **cursor, bool plain) {
     term(input, at, result, cursor);
     while (continues_sum()) {
         safe_point();
         bool minus = token_is(token, "-");
         scanner(input, token, cursor);
-        own_value(at, result);
+        if (!plain) own_value(at, result);
         quoly_handle temporary;
         place right;
         {
             held_value left;
             term(input, right, temporary.slot(), cursor);
         }
-        if (temporary) {
+        if (!*result)
+            add_to_place(value_at(at), minus, temporary, right, result);
+        else if (temporary)
             (minus ? best_quoly_sub : best_quoly_add)(result, temporary.release());
-        } else {
+        else
             (minus ? better_quoly_sub : better_quoly_add)(*result, value_at(right), result);
-        }
         at = {};
         at.slot = result;
     }
+}
+
+void expre(stream *input, place &at, quolynode **result, name **cursor) {
+    sum(input, at, result, cursor, false);
     if (token_is(token, ":")) assignment(input, at, result, cursor);
+}
+
+/* Names of scalars, figures, parentheses and operators between them, up to the end of a stored statement: no calls, no
+   assignments, and no "*" in front of a name, which takes its value away. */
+static bool reads_only(const name *n) {
+    auto begins_factor = [](int c) { return c == '(' || c == '+' || c == '-' || c == '*' || c == '/' || c == '^'; };
+    for (int before = '('; !is_end_of_list(n->tok) && !token_is(n->tok, ";"); n = n->next) {
+        const int c = first_char(n->tok);
+        if (!is_lower_letter(c) && !is_digit(c) && c != ')' && !begins_factor(c)) return false;
+        if (c == '*' && begins_factor(before)) return false;
+        before = c;
+    }
+    return true;
+}
+
+static bool is_plain(name *start) {
+    if (!start) return false;
+    if (!start->plain_known) {
+        start->plain = reads_only(start);
+        start->plain_known = true;
+    }
+    return start->plain;
 }
 
 static void rest_of_sum(stream *input, quolynode **result, name **cursor) {
@@ -175,6 +216,12 @@ static void rest_of_sum(stream *input, quolynode **result, name **cursor) {
 
 void old_expre(stream *input, quolynode **result, name **cursor) {
     if (short_sum(cursor, result)) return;
+    if (is_plain(*cursor)) {
+        place at;
+        sum(input, at, result, cursor, true);
+        own_value(at, result);
+        return;
+    }
     old_term(input, result, cursor);
     rest_of_sum(input, result, cursor);
 }

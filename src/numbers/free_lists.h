@@ -74,7 +74,7 @@ inline name *newname() { /* next and bound null, the flags off */
     name *n = pop_record<&name::next>(name_garb);
     if (!n) n = more_names();
     n->next = nullptr;
-    n->blank_after = n->long_path = false;
+    n->blank_after = n->long_path = n->plain = n->plain_known = false;
     n->bound = nullptr;
     return n;
 }

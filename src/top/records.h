@@ -29,9 +29,9 @@ struct number {
 
 /* One term of a polynomial. Free list: polygarb. */
 struct polynode {
-    int32_t expo;   /* exponent of this level's variable; 0 for a number term */
+    int32_t expo;      /* exponent of this level's variable; 0 for a number term */
     int32_t is_number; /* 1: the coefficient is `num`; 0: it is the polynomial `poly` of the next variable */
-    polynode *next; /* next term, of lower exponent */
+    polynode *next;    /* next term, of lower exponent */
     union {
         number *num;
         polynode *poly;
@@ -48,9 +48,9 @@ struct pt {
     int32_t pt_aux;        /* -1 at first */
     uint32_t pt_mod_flags;
     polynode *pt_mod_poly, *pt_mod_poly2, *pt_mod_poly3, *pt_mod_poly4; /* the relation, owned by the record */
-    int32_t pt_num_count;  /* length of pt_nums */
-    number *pt_nums;       /* linked by num_link, owned by the record */
-    pt *pt_next;           /* the next variable in level order; also the free list's link */
+    int32_t pt_num_count;                                               /* length of pt_nums */
+    number *pt_nums;                                                    /* linked by num_link, owned by the record */
+    pt *pt_next; /* the next variable in level order; also the free list's link */
 };
 
 /* The one general scalar value: a plain number, a polynomial, a rational number, or a quotient of
@@ -65,7 +65,7 @@ struct quolynode {
         number *numb;
         polynode *num;
     };
-    polynode *den; /* null: no denominator; meaningless in a plain number */
+    polynode *den;       /* null: no denominator; meaningless in a plain number */
     quolynode *original; /* a stored value that stands for one of another ring (top/ring_values.h): that one, owned;
                             null otherwise. Copies have none, and whoever changes a value in place drops it */
 };
@@ -81,7 +81,7 @@ struct fixnode {
     void *place;
     void *saved;
     fix_kind kind;
-    bool is_flag;  /* what was overwritten is an int32_t, kept in saved_flag */
+    bool is_flag; /* what was overwritten is an int32_t, kept in saved_flag */
     int32_t saved_flag;
     fixnode *next; /* the change before; also the free list's link */
 };
@@ -96,7 +96,7 @@ struct colm {
 constexpr int token_bytes = 12;          /* text of a token, its NUL included */
 constexpr uint16_t hash_unknown = 65535; /* hash_slot of a token that has not been hashed */
 
-constexpr int16_t builtin_unknown = -2;  /* the table has not been asked */
+constexpr int16_t builtin_unknown = -2; /* the table has not been asked */
 
 struct token_record {
     char text[token_bytes];
@@ -113,6 +113,8 @@ struct name {
     name *next;
     reference *bound = nullptr; /* what the token refers to, once compiled (language/compile.h); null otherwise */
     bool long_path = false;     /* what begins here is nothing for the short path (language/short_path.h) */
+    bool plain = false;         /* the sum that begins here changes nothing that is stored ... */
+    bool plain_known = false;   /* ... once this is set (language/expressions.cpp) */
 };
 
 struct array_record;

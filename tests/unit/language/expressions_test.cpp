@@ -271,6 +271,48 @@ TEST_F(assignments, names_longer_than_ten_characters_are_two_names) {
     EXPECT_EQ(value_of("abcdefghijklmno"), "15");
 }
 
+/* ---- sums in stored statements, whose operands are read where they stand ---- */
+
+TEST_F(exact_expressions, stored_sums_have_the_values_of_the_prompt_and_leave_their_operands_whole) {
+    run("&(J = t)\nn := 10^40 + 7\nm := -3^70\nr := n/m\np := (t + 2)^5\nq := (t - 1)/(t + 3)\nz := 0");
+    const char *const sums[] = {"n",         "n*m",       "n + m",     "n - n",     "-n + m",     "n - m*n + n",
+                                "n + r - m", "p*p - n",   "p - p",     "p + q",     "q - p*q",    "n - (m - n)",
+                                "p^3 - p",   "2n - m p",  "n/m - r",   "p/q + q/p", "(n)(m) - 1", "n - (m - (n - p))*q",
+                                "z + z - p", "n^2 + m^3", "t*p - p*t", "q/q - n/n", "t + 1",      "0 - q"};
+    for (const char *text : sums) {
+        const std::string sum(text);
+        const std::string at_the_prompt = value_of(sum);
+        run("for i = 1 to 1 do z := 0 od\nw := 0");
+        run("for i = 1 to 3 do w := " + sum + " od");
+        EXPECT_EQ(value_of("w"), at_the_prompt) << sum;
+    }
+    EXPECT_EQ(value_of("n - 10^40"), "7");
+    EXPECT_EQ(value_of("m + 3^70"), "0");
+    EXPECT_EQ(value_of("r*m - n"), "0");
+    EXPECT_EQ(value_of("p - (t + 2)^5"), "0");
+    EXPECT_EQ(value_of("q*(t + 3) - t"), "-1");
+}
+
+TEST_F(exact_expressions, stored_sums_that_change_what_they_read_take_the_values_in_order) {
+    run("n := 10^40\nFunc Set(v) = n := 5; v.\nz := 0");
+    run("for i = 1 to 1 do z := n + Set(1) - n od");
+    EXPECT_EQ(value_of("z - 10^40"), "-4");
+    run("n := 10^40\nfor i = 1 to 1 do z := n*Set(1) od");
+    EXPECT_EQ(value_of("z - 10^40"), "0");
+    run("n := 10^40\nfor i = 1 to 1 do z := n + *n + n od");
+    EXPECT_EQ(value_of("z - 2*10^40"), "1");
+}
+
+TEST_F(exact_expressions, stored_sums_leave_no_records_behind) {
+    run("&(J = t)\nn := 10^40\np := (t + 2)^5\nq := 1/(t + 3)\nw := 0");
+    const std::string loop = "for i = 1 to 5 do w := n*n - p*q + p - (q - n)*t - w + w od\nw := 0\n0";
+    run(loop);
+    run(loop);
+    const records_in_use before = count_records_in_use();
+    for (int i = 0; i < 10; i++) run(loop);
+    EXPECT_TRUE(count_records_in_use() == before);
+}
+
 /* ---- the previous value ---- */
 
 TEST_F(expressions, the_previous_value_is_that_of_the_last_statement) {

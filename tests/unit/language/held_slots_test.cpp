@@ -152,6 +152,7 @@ TEST_F(changed_at_a_level, what_calls_hold) {
 
 TEST_F(changed_at_a_level, what_loops_and_sums_hold) {
     change_everywhere("for i = 1 to 3 do x := x*a[1]; y := y + i*x od");
+    change_everywhere("for i = 1 to 2 do y := x*x - (x + i)*x + (x^2 - x) - x od");
     change_everywhere("y := Sigma<x = 1 to 3>[x*a[1]] + Prod<i = 1 to 2>[s[1,1] + x]");
     change_everywhere("for x = [s] 1, 2 do y := y + x*a[1] od");
 }
