@@ -46,6 +46,7 @@ bool small_for_interpolation(elimination &e) {
 void trial_divide(quolynode **q, const quolynode *divisor) {
     if (quoly_is_zero(*q)) return;
     if (flotemode || ((*q)->is_num && divisor->is_num)) return fast_quoly_quot(q, divisor, 0);
+    check_pivot(divisor);
     poly_handle a, b, quotient;
     int failed = 0;
     Lpoly_divide(as_polynomial(*q, a), as_polynomial(divisor, b), quotient.slot(), polynames, &failed);

@@ -3,6 +3,7 @@
 #include "gcd/gcd.h"
 #include "language/scanner.h"
 #include "matrix/elimination_work.h"
+#include "numbers/modular.h"
 #include "poly/divide.h"
 #include "poly/measures.h"
 #include "top/settings.h"
@@ -126,23 +127,27 @@ pivot_place place_pivot(elimination &e, int k, int columns) {
     return at;
 }
 
+void check_pivot(const quolynode *pivot) {
+    if (!modularmode || pivot->is_num || mod_is_prime()) return;
+    mod_inverse(leading_coef(pivot->num)->num->lint_val);
+}
+
 /* ---- the entries ---- */
 
 void divide_fct(quolynode **result, const polynode *factor, bool no_denoms) {
     if (!factor) return;
-    quolynode *q = *result;
-    if (no_denoms && !q->is_num && !q->den) {
-        poly_handle quotient;
-        int failed = 0;
-        Lpoly_divide(q->num, factor, quotient.slot(), polynames, &failed);
-        if (failed) array_error(305, token);
-        return poly_to_value(quotient, result);
-    }
-    poly_handle divisor;
-    quoly_handle by;
-    poly_assign(factor, divisor.slot());
-    poly_to_value(divisor, by.slot());
-    fast_quoly_quot(result, by.get(), 0);
+    poly_handle copy;
+    quoly_handle divisor;
+    poly_assign(factor, copy.slot());
+    poly_to_value(copy, divisor.slot());
+    if (quoly_is_zero(divisor.get())) array_error(305, token);
+    const quolynode *q = *result;
+    if (!no_denoms || q->is_num || q->den) return fast_quoly_quot(result, divisor.get(), 0);
+    poly_handle quotient;
+    int failed = 0;
+    Lpoly_divide(q->num, factor, quotient.slot(), polynames, &failed);
+    if (failed) array_error(305, token);
+    poly_to_value(quotient, result);
 }
 
 void mat_determinant(matrix_value &m, const determinant_hints &hints, quolynode **result) {

@@ -33,7 +33,7 @@ void mat_inverse(matrix_value &m);
 /* m := the adjoint of the square dense matrix: its product with m is the determinant times 1, for singular m too. */
 void adjoint(matrix_value &m);
 
-/* *result := *result / factor. Error 305 when there are no denominators and a remainder. */
+/* *result := *result / factor. Error 305 when there are no denominators and a remainder, and for the factor 0. */
 void divide_fct(quolynode **result, const polynode *factor, bool no_denoms);
 
 } // namespace tolvek

@@ -60,6 +60,9 @@ bool by_sparse_fractions(sparse_elimination &e); /* any matrix */
 
 /* *q := *q / divisor, without a remainder; in floats what rounding leaves does not count. Values without denominators. */
 void trial_divide(quolynode **q, const quolynode *divisor);
+/* Modulo a composite number: error 85 unless the leading coefficient of the pivot is a unit. Where it is none quotients by
+   the pivot would not be unique. */
+void check_pivot(const quolynode *pivot);
 /* Is the permutation that takes i to `of[i]` odd? It becomes the identity. */
 bool make_identity(buffer<int> &of);
 

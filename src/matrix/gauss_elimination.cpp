@@ -35,6 +35,7 @@ void subtract_product(quolynode **x, const quolynode *a, const quolynode *b) {
 /* The entries of row k behind the pivot are divided by it. */
 void divide_thru(elimination &e, int k) {
     quolynode *pivot = e.cell(k, k);
+    check_pivot(pivot);
     if (!e.invert()) e.multiply_result(pivot);
     if (pivot->is_num) {
         quoly_handle inverse;

@@ -10,6 +10,8 @@
 
 namespace tolvek {
 
+std::size_t most_kept_minors = std::size_t{1} << 18;
+
 namespace {
 
 using column_set = uint64_t;
@@ -57,9 +59,6 @@ class set_table {
 
 /* ---- the expansion ---- */
 
-/* Up to so many sets are kept. Eighteen rows without zeros have as many. */
-constexpr std::size_t most_kept_sets = std::size_t{1} << 18;
-
 class kept_minors {
   public:
     /* With by_columns, of the transpose. */
@@ -76,7 +75,7 @@ class kept_minors {
     kept_minors(const kept_minors &) = delete;
     kept_minors &operator=(const kept_minors &) = delete;
 
-    bool too_many() const { return table.count() > most_kept_sets; }
+    bool too_many() const { return table.count() > most_kept_minors; }
     int64_t products() const { return steps; }
     void determinant(quolynode **result);
 

@@ -21,6 +21,10 @@ struct minor_table {
 /* *result, which the caller has set, := itself times the determinant, by cofactors. At most most_minor_rows rows. */
 void multiply_by_determinant(minor_table &m, quolynode **result);
 
+/* The greatest number of minors that are kept; tests lower it. Eighteen rows without zeros have as many as this, and twenty
+   would already take minutes if their entries are polynomials. */
+extern std::size_t most_kept_minors;
+
 /* *result := the determinant, each minor being computed once. False, and nothing has changed, if there would be too many
    of them. */
 bool determinant_by_kept_minors(minor_table &m, quolynode **result);

@@ -148,6 +148,7 @@ int row_elimination::best_row() const {
 /* Row i loses a multiple of row `top`; factor is its entry in the pivot's column, which has left it. */
 void row_elimination::subtract_row(int i, int top, const quolynode *pivot, quoly_handle &factor) {
     if (!factor) return;
+    check_pivot(pivot);
     fast_quoly_quot(factor.slot(), pivot, 0);
     subtract_multiple(&rows[i], factor.get(), rows[top]);
 }
@@ -192,7 +193,7 @@ void row_elimination::eliminate_by(int top) {
 bool row_elimination::run_steps() {
     const int n = rows.count();
     for (int step = 0; step < n; step++) {
-        if (verbose) dumpitt(" ", step + 1, 0, 0, 0);
+        if (verbose && step + 1 < n && step % (n / 32 + 1) == 0) dumpitt(" ", step + 1, 0, 0, 0);
         const int top = best_row();
         if (top < 0) return false;
         eliminate_by(top);
