@@ -261,4 +261,104 @@ TEST_F(cache_at_the_prompt, a_wrong_count_of_open_gcds_is_told_and_mended) {
     run("&p\n&C-");
 }
 
+/* ---- in determinants ---- */
+
+namespace {
+
+/* Two matrices of fractions whose elements have the same lists, in x and y and one level down in y and t; and what the rule
+   for three rows makes of them, with no cache. */
+struct cache_in_determinants : fresh_exact_system {
+    void SetUp() override {
+        forget_poly_variables();
+        fresh_exact_system::SetUp();
+        extra_line = 0;
+        run("&(J = x)\n&(J = y)\n&(J = t)\nArray a[3,3]\nArray b[3,3]");
+    }
+    void TearDown() override {
+        run("&C-");
+        fresh_exact_system::TearDown();
+        EXPECT_EQ(polygcd_stack_depth, 0);
+        free_gcd_stash(stash_drop::everything);
+        forget_poly_variables();
+    }
+    void fill() {
+        for (const std::string &v : {std::string("axy"), std::string("byt")}) {
+            const std::string a{v[0]}, x{v[1]}, y{v[2]};
+            run("for i = 1 to 3 do for j = 1 to 3 do " + a + "[i,j] := (" + x + "^2*" + y + "*i + j*" + x + "*" + y +
+                "^2 + i - 7*j*" + x + ")/(" + x + "^2*i + " + y + "^2*j + " + x + "*" + y + " + i*j + 1) od od");
+            const auto e = [&](int i, int j) { return a + "[" + std::to_string(i) + "," + std::to_string(j) + "]"; };
+            const auto minor = [&](int j, int k) {
+                return "(" + e(2, j) + "*" + e(3, k) + " - " + e(2, k) + "*" + e(3, j) + ")";
+            };
+            run("d" + a + " := " + e(1, 1) + "*" + minor(2, 3) + " - " + e(1, 2) + "*" + minor(1, 3) + " + " + e(1, 3) +
+                "*" + minor(1, 2));
+        }
+    }
+    /* The cache has been used, and is shut again. */
+    std::string determinants(const std::string &wanted) {
+        const std::string text = value_of(wanted);
+        EXPECT_EQ(polygcd_stack_depth, 0);
+        EXPECT_EQ(lookupgcd, 0);
+        return text;
+    }
+};
+
+} // namespace
+
+TEST_F(cache_in_determinants, of_both_levels_the_determinants_are_right_in_one_statement_and_in_two) {
+    for (const char *change : {"", "&(p = 10007)"}) {
+        run(change);
+        fill();
+        EXPECT_EQ(determinants("Equal(Det[a], da) + 2*Equal(Det[b], db)"), "3");
+        EXPECT_EQ(determinants("Equal(Det[a], da)"), "1");
+        const int64_t mass = gcdmass; /* modulo a prime entries stay for the next statement */
+        EXPECT_EQ(mass > 0, modularmode != 0);
+        EXPECT_EQ(determinants("Equal(Det[b], db)"), "1");
+        const long found = gcd_answers(42);
+        EXPECT_EQ(determinants("Equal(Det[a], da)"), "1");
+        EXPECT_EQ(gcd_answers(42) > found, modularmode != 0);
+        run("&C+"); /* over the integers too */
+        EXPECT_EQ(value_of("Equal(Det[a], da)") + value_of("Equal(Det[b], db)") + value_of("Equal(Det[a], da)"), "111");
+        EXPECT_GT(gcdmass, 0);
+        run("&C-");
+    }
+}
+
+TEST_F(cache_in_determinants, an_error_inside_leaves_nothing_open) {
+    run("&(p = 6)\nfor i = 1 to 3 do for j = 1 to 3 do a[i,j] := (2x*i + 2j*y + 2i*j)/(x + y*j + i) od od\n"
+        "a[1,1] := 2x/(x + 1)");
+    const std::string found = run("Det[a]");
+    EXPECT_NE(found.find(message_text(85)), std::string::npos);
+    for (int i = 0; i < 3; i++) {
+        EXPECT_EQ(run("Det[a]"), found);
+        EXPECT_EQ(polygcd_stack_depth, 0);
+        EXPECT_EQ(lookupgcd, 0);
+    }
+    EXPECT_EQ(value_of("1 + 1"), "2");
+    run("&(p = 10007)");
+    fill();
+    EXPECT_EQ(determinants("Equal(Det[a], da)"), "1");
+}
+
+TEST_F(cache_in_determinants, an_interrupt_inside_leaves_nothing_open_and_what_it_has_left_is_right) {
+    for (const char *change : {"", "&(p = 10007)"}) {
+        run(change);
+        fill();
+        int stopped = 0;
+        for (int n = 0; n < 4000; n += 1 + n / 6) {
+            points_left = n;
+            watch_safe_points([] {
+                if (points_left-- == 0) note_interrupt();
+            });
+            const std::string text = run("c := Det[a]\n&@");
+            watch_safe_points(nullptr);
+            stopped += text.find("New command level") != std::string::npos;
+            ASSERT_EQ(polygcd_stack_depth, 0) << n;
+            ASSERT_EQ(lookupgcd, 0) << n;
+        }
+        EXPECT_GT(stopped, 15);
+        EXPECT_EQ(determinants("Equal(Det[a], da) + 2*Equal(Det[b], db)"), "3");
+    }
+}
+
 } // namespace tolvek
