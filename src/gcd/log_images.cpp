@@ -191,6 +191,7 @@ outcome log_images::lift(int stage) {
     }
     buffer<image_term> more;
     for (std::size_t i = 0; i < known.size(); i++) {
+        safe_point();
         uint32_t *c = &y[i * points];
         log_interpolate(f, x.data(), c, points);
         for (std::size_t e = points; e-- > 0;)

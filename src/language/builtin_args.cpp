@@ -68,6 +68,14 @@ void standard_read(builtin_call &call, argument &a) {
     close_paren(call);
 }
 
+void read_two(builtin_call &call, argument &a, argument &b) {
+    check_for_paren(call);
+    call.read_on();
+    a.read(call);
+    require_comma(call);
+    b.read(call);
+}
+
 /* ---- places by name ---- */
 
 void named_place::read_element(builtin_call &call, token_record &array_name) {

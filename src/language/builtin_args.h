@@ -75,6 +75,8 @@ class changed_argument {
 
 /* "(" argument ")" and the next token. Errors 1, 177. */
 void standard_read(builtin_call &call, argument &a);
+/* "(" a "," b; `token` is what stands behind. Errors 177, 202. */
+void read_two(builtin_call &call, argument &a, argument &b);
 void check_for_paren(builtin_call &call); /* the next token must be "(" (177) */
 void require_comma(builtin_call &call);   /* the token must be "," (202); it is read past */
 void close_paren(builtin_call &call);     /* the token must be ")" (1); the next one is read */

@@ -37,11 +37,7 @@ struct polynomial_and_product {
     power_product product;
 
     bool read(builtin_call &call) {
-        check_for_paren(call);
-        call.read_on();
-        p.read(call);
-        require_comma(call);
-        m.read(call);
+        read_two(call, p, m);
         close_paren(call);
         bool single = power_product_of(polynomial_view(m.get()).get(), &product);
         if (!single) error(282, token);
@@ -299,12 +295,8 @@ void builtin_split(builtin_call &call) {
 
 /* Monless(a, b): is the leading product of powers of a below that of b? */
 void builtin_monomial_less(builtin_call &call) {
-    check_for_paren(call);
-    call.read_on();
     argument a, b;
-    a.read(call);
-    require_comma(call);
-    b.read(call);
+    read_two(call, a, b);
     close_paren(call);
     polynomial_view first(a.get()), second(b.get());
     call.give(compare_leading_mons(first.get(), second.get()) < 0);

@@ -30,16 +30,20 @@ bool divides(const polynode *a, const polynode *b, poly_handle &q) {
     return !failed;
 }
 
-/* The operands of a division, read up to what stands behind the second one. */
+/* The operands of a division. */
 struct operands {
     argument a, b;
 
-    void read(builtin_call &call) {
-        check_for_paren(call);
-        call.read_on();
-        a.read(call);
+    explicit operands(builtin_call &call) {
+        read_two(call, a, b);
+        close_paren(call);
+    }
+    /* The third argument names a place. */
+    operands(builtin_call &call, named_place &where) {
+        read_two(call, a, b);
         require_comma(call);
-        b.read(call);
+        where.read(call);
+        close_paren(call);
     }
     /* Errors 22, 280. */
     bool trial_divide(quoly_handle &quotient) const {
@@ -62,17 +66,13 @@ struct operands {
 } // namespace
 
 void builtin_divides(builtin_call &call) {
-    operands of;
-    of.read(call);
-    close_paren(call);
+    const operands of(call);
     quoly_handle quotient;
     call.give(of.trial_divide(quotient));
 }
 
 void builtin_pdivide(builtin_call &call) {
-    operands of;
-    of.read(call);
-    close_paren(call);
+    const operands of(call);
     quoly_handle quotient;
     if (of.trial_divide(quotient))
         quotient.release_to(call.result);
@@ -81,12 +81,8 @@ void builtin_pdivide(builtin_call &call) {
 }
 
 void builtin_sdivide(builtin_call &call) {
-    operands of;
-    of.read(call);
-    require_comma(call);
     named_place where;
-    where.read(call);
-    close_paren(call);
+    const operands of(call, where);
     quoly_handle quotient;
     const bool exact = of.trial_divide(quotient);
     if (exact) where.store(quotient);
@@ -94,12 +90,8 @@ void builtin_sdivide(builtin_call &call) {
 }
 
 void builtin_remquot(builtin_call &call) {
-    operands of;
-    of.read(call);
-    require_comma(call);
     named_place where;
-    where.read(call);
-    close_paren(call);
+    const operands of(call, where);
     quoly_handle quotient;
     quoly_mod_or_div(of.a.get(), of.b.get(), quotient.slot(), '\\');
     quoly_mod_or_div(of.a.get(), of.b.get(), call.result, '|');

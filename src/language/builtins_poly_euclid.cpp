@@ -124,12 +124,8 @@ bool egcd_values(const quolynode *a, const quolynode *b, egcd_answer &answer) {
 
 /* Egcd(a, b) and Egcd(a, b, ^s, ^t): the cofactors go to the variables s and t. */
 void builtin_egcd(builtin_call &call) {
-    check_for_paren(call);
-    call.read_on();
     argument a, b;
-    a.read(call);
-    require_comma(call);
-    b.read(call);
+    read_two(call, a, b);
     egcd_answer answer;
     const bool done = egcd_values(a.get(), b.get(), answer);
     if (token_is(token, ",")) {

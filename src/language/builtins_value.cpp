@@ -53,11 +53,7 @@ void builtin_kill_denominator(builtin_call &call) {
 /* Reads (^a, ^b) and compares. */
 static void compare(builtin_call &call, int (*holds)(const quolynode *, const quolynode *)) {
     argument a, b;
-    check_for_paren(call);
-    call.read_on();
-    a.read(call);
-    require_comma(call);
-    b.read(call);
+    read_two(call, a, b);
     close_paren(call);
     call.give(holds(a.get(), b.get()));
 }

@@ -18,14 +18,6 @@ namespace tolvek {
 
 namespace {
 
-/* One term of the quotient, and the term of the divisor that it meets next. */
-struct row {
-    int64_t expo; /* of the product */
-    uint32_t place;
-    const polynode *outer, *inner;
-};
-bool comes_later(const row &x, const row &y) { return x.expo != y.expo ? x.expo < y.expo : x.place > y.place; }
-
 class step_division {
   public:
     step_division(const polynode *a, const polynode *b, pt *names, const division_rule &the_rule, bool want_remainder)
@@ -64,13 +56,13 @@ class step_division {
     int64_t least_expo;
     coefficient_sum sum;
     number_divisor by_number;
-    buffer<row> rows;
+    buffer<product_row> rows;
     uint32_t places = 0;
 };
 
 void step_division::advance_top() {
     std::pop_heap(rows.begin(), rows.end(), comes_later);
-    row &r = rows.back();
+    product_row &r = rows.back();
     r.inner = r.inner->next;
     if (!r.inner) return rows.pop();
     r.expo = int64_t{r.outer->expo} + r.inner->expo;

@@ -18,28 +18,20 @@ namespace tolvek {
 
 namespace {
 
-/* One term of the outer operand, and the term of the inner one that it meets next. */
-struct row {
-    int64_t expo; /* of the product */
-    uint32_t place;
-    const polynode *outer, *inner;
-};
-bool comes_later(const row &x, const row &y) { return x.expo != y.expo ? x.expo < y.expo : x.place > y.place; }
-
 /* The rows that are not done yet, as a heap. */
 struct row_heap {
-    flat_array<row, 24> rows;
+    flat_array<product_row, 24> rows;
     std::size_t count = 0;
 
     row_heap(const polynode *outer, const polynode *inner, int n) : rows(static_cast<std::size_t>(n)) {
         for (const polynode *t = outer; t; t = t->next, count++)
             rows[count] = {int64_t{t->expo} + inner->expo, static_cast<uint32_t>(count), t, inner};
     }
-    const row &top() const { return rows[0]; }
+    const product_row &top() const { return rows[0]; }
     void advance_top() {
-        row *end = rows.data + count;
+        product_row *end = rows.data + count;
         std::pop_heap(rows.data, end, comes_later);
-        row &r = end[-1];
+        product_row &r = end[-1];
         r.inner = r.inner->next;
         if (!r.inner) {
             count--;

@@ -47,6 +47,16 @@ inline void number_product(const number *x, const number *y, number *dst) {
         fast_mult(x, y, dst);
 }
 
+/* The products of one term with a list, in descending order: the next one. Rows of several terms make a heap. */
+struct product_row {
+    int64_t expo;
+    uint32_t place; /* of the term among those outside */
+    const polynode *outer, *inner;
+};
+inline bool comes_later(const product_row &x, const product_row &y) {
+    return x.expo != y.expo ? x.expo < y.expo : x.place > y.place;
+}
+
 /* The names of the level below. */
 inline pt *names_below(pt *names) { return names ? names->pt_next : nullptr; }
 /* Is there a relation on one of the names, or below? */
