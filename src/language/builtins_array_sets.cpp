@@ -65,10 +65,10 @@ static void entry_of_set(colm **row, const set_statement &s, quolynode **value) 
 
 static void clear_entry(colm **row, int32_t column) {
     colm **link = find_entry(row, column);
-    if (*link && (*link)->column == column) delete_at(link);
+    if (*link && (*link)->column == column) free_colm(link);
 }
 
-/* True: the row is in the set. */
+/* Of a copy, which takes the place of the array's rows when all is done. True: the row is in the set. */
 static bool change_row(colm **row, const set_statement &s) {
     quoly_handle value;
     entry_of_set(row, s, value.slot());
@@ -90,10 +90,14 @@ void builtin_sets_of_rows(builtin_call &call) {
     set_statement s;
     read_statement(call, a, s);
     if (largest_column(s) > a->cols()) array_error(373, token); /* an argument has changed the array */
-    own_rows(a);
+    sparse_handle changed;
+    changed.rows = a->rows;
+    copy_sparse(a->sparse_head, changed.slot(), a->rows, false);
     int32_t size = 0;
-    row_walk walk(a->sparse_head);
+    row_walk walk(changed.get());
     for (int32_t r = 0; r < a->rows; r++, walk.next()) size += change_row(&*walk, s);
+    own_rows(a);
+    put_back_sparse(changed.get(), a->sparse_head, a->rows);
     call.give(size);
 }
 

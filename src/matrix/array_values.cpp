@@ -45,13 +45,11 @@ void visit_array_values(value_visitor visit, void *context) {
 
 /* Unlinks the entries of a row whose value is 0. */
 static void purge_row(colm **link) {
-    while (colm *c = *link) {
-        if (quoly_is_zero(c->value)) {
-            *link = c->next;
-            drop_entry(c);
-        } else {
-            link = &c->next;
-        }
+    while (*link) {
+        if (quoly_is_zero((*link)->value))
+            delete_at(link);
+        else
+            link = &(*link)->next;
     }
 }
 

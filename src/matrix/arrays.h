@@ -140,6 +140,7 @@ void take_rows_back(const sparse_frame *head);
 /* Called before a sparse array changes: rows that are borrowed stay as they are, and the array, with the parameters that
    share them, gets a copy. */
 void own_rows(array_record *a);
+void prepare_drop();      /* before an entry is unlinked: drop_entry cannot fail then */
 void drop_entry(colm *c); /* unlinked; its value is dropped too */
 /* Frees what waits, and closes the gaps of the element table. Called when the outermost statement has ended. */
 void release_pending_arrays();

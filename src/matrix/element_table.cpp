@@ -52,6 +52,12 @@ void store_element(quolynode **cell, quolynode *value) {
     drop_value(old);
 }
 
+void prepare_drop() {
+    if (!entries_are_held()) return;
+    waiting_entries.push(nullptr);
+    waiting_entries.pop();
+}
+
 void drop_entry(colm *c) {
     if (!entries_are_held()) {
         free_quoly(&c->value);

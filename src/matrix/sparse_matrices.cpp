@@ -132,6 +132,7 @@ void put_back_sparse(sparse_frame *src, sparse_frame *dst, int32_t rows) {
     row_walk old(src);
     for (int32_t r = 0; r < rows; r++, old.next())
         while (colm *c = *old) {
+            prepare_drop();
             *old = c->next;
             drop_entry(c);
         }

@@ -135,6 +135,7 @@ void insert_at(colm **link, int32_t column, quoly_handle &value) {
 
 void delete_at(colm **link) {
     colm *c = *link;
+    prepare_drop();
     *link = c->next;
     drop_entry(c);
 }
