@@ -160,6 +160,7 @@ static void sum(stream *input, place &at, quolynode **result, name **cursor, boo
         place right;
         {
             held_value left;
+            held_cells cell(at.cell);
             term(input, right, temporary.slot(), cursor);
         }
         if (!*result)

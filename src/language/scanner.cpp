@@ -36,6 +36,15 @@ static bool take_stored_token(token_record &into, name **cursor) {
     return true;
 }
 
+bool skip_white_space(stream in) {
+    int c = peek_char(in);
+    while (c == ' ' || c == '\t' || c == '\n' || c == '\r') {
+        take_char(in);
+        c = peek_char(in);
+    }
+    return c != no_char;
+}
+
 void skip_line(stream in) {
     int c;
     do c = take_char(in);

@@ -34,6 +34,8 @@ void mygetchar(char_source &s); /* the next significant character */
 
 /* Skips to the end of the line and takes the newline. */
 void skip_line(stream in);
+/* White space, newlines included; false: the input has ended behind it. */
+bool skip_white_space(stream in);
 
 /* ---- the last 60 tokens of the statement, for error reports ---- */
 

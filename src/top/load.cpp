@@ -57,16 +57,6 @@ static bool choose_input(const char *name) {
 
 static void say_end_of_file() { sayf("*** Warning.  End of file %s encountered.\n", input_file_name); }
 
-/* White space in front of a statement; false at the end of the file. */
-static bool find_statement(stream in) {
-    int c = peek_char(in);
-    while (c == ' ' || c == '\t' || c == '\n' || c == '\r') {
-        take_char(in);
-        c = peek_char(in);
-    }
-    return c != no_char;
-}
-
 /* Did the end of the file stand for the terminator of the last statement? */
 static bool was_cut(stream in) {
     if (!input_ended(in)) return false;
@@ -87,8 +77,8 @@ static void read_statement(stream in, quolynode **result) {
 
 static void read_statements(quolynode **result) {
     stream in = &file;
-    if (inpuf && !find_statement(in) && !in->failed) say_end_of_file();
-    while (inpuf && !done_load && find_statement(in)) {
+    if (inpuf && !skip_white_space(in) && !in->failed) say_end_of_file();
+    while (inpuf && !done_load && skip_white_space(in)) {
         quoly_handle value;
         read_statement(in, value.slot());
         value.release_to(result);

@@ -31,7 +31,7 @@ static bool open_startup(text_in &file, const char *directory) {
 /* The first line: mebibytes, each counted as 225,000 words of four bytes. Without a figure the present one stays. */
 static void read_memory_figure(stream in) {
     constexpr uint64_t words_a_mebibyte = 225000, greatest = 1u << 30;
-    while (peek_char(in) == ' ' || peek_char(in) == '\t' || peek_char(in) == '\n' || peek_char(in) == '\r') take_char(in);
+    skip_white_space(in);
     if (!is_digit(peek_char(in))) return;
     uint64_t mebibytes = 0;
     while (is_digit(peek_char(in))) {
@@ -43,18 +43,8 @@ static void read_memory_figure(stream in) {
     virtual_cut = initial_memory / 5;
 }
 
-/* White space in front of a statement; false at the end of the file. */
-static bool find_statement(stream in) {
-    int c = peek_char(in);
-    while (c == ' ' || c == '\t' || c == '\n' || c == '\r') {
-        take_char(in);
-        c = peek_char(in);
-    }
-    return c != no_char;
-}
-
 static void run_startup_statements(stream in) {
-    while (find_statement(in)) {
+    while (skip_white_space(in)) {
         quoly_handle value;
         run_statement(&in, value.slot());
         if (token_is(token, ":")) error(129, token);
