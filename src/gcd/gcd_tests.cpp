@@ -23,8 +23,15 @@ static verdict free_of_main(gcd_work *w) {
 verdict modular_pretest(gcd_work *w) {
     if (!over_integers() || field_depth != 0 || w->total <= tripval) return verdict::next;
     int32_t degree;
-    if (!use_modular(w->u->p, w->v->p, w->names, &degree)) return verdict::next;
+    bool coprime = false;
+    if (!degrees_modulo_large_prime(w->u->p, w->v->p, &degree, &coprime) &&
+        !use_modular(w->u->p, w->v->p, w->names, &degree))
+        return verdict::next;
     w->lower_bound(degree);
+    if (coprime) {
+        gcd_of_integer_contents(w->u->p, w->v->p, w->answer.slot());
+        return verdict::finish;
+    }
     if (degree == 0) return free_of_main(w);
     if (w->just_degree) {
         w->answer_power(degree);

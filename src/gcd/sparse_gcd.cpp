@@ -127,23 +127,40 @@ bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
     return false;
 }
 
-/* ---- degrees modulo a prime ---- */
+/* ---- degrees ---- */
+
+/* The tables of the operands alone. */
+static bool pour_operands(const polynode *u, const polynode *v, sparse_work &work) {
+    poly_handle one;
+    poly_set(1, one.slot());
+    work.pour(u, v, one.get(), std::max(deepest_level(u), deepest_level(v)));
+    return !work.has_high_degrees();
+}
+
+static void tell_degrees(const sparse_work &work, const int32_t *degrees, int32_t *degree, bool *coprime) {
+    *degree = degrees[0];
+    *coprime = degrees[0] == 0 && std::all_of(degrees, degrees + work.variables, [](int32_t d) { return d == 0; });
+}
 
 bool degrees_over_larger_field(const polynode *u, const polynode *v, int32_t *degree, bool *coprime) {
     const uint32_t p = static_cast<uint32_t>(int32_t{modulus});
     if (finf || p > log_field::largest_prime) return false;
     const log_field f(p);
-    if (!f.is_there()) return false;
     sparse_work work;
-    poly_handle one;
-    poly_set(1, one.slot());
-    work.pour(u, v, one.get(), std::max(deepest_level(u), deepest_level(v)));
-    if (work.has_high_degrees()) return false;
+    if (!f.is_there() || !pour_operands(u, v, work)) return false;
     log_images images(f, work);
     int32_t degrees[most_variables];
     if (!images.find_degrees(degrees)) return false;
-    *degree = degrees[0];
-    *coprime = std::all_of(degrees, degrees + work.variables, [](int32_t d) { return d == 0; });
+    tell_degrees(work, degrees, degree, coprime);
+    return true;
+}
+
+bool degrees_modulo_large_prime(const polynode *u, const polynode *v, int32_t *degree, bool *coprime) {
+    const uni_field f(2147483629);
+    sparse_work work;
+    int32_t degrees[most_variables];
+    if (!pour_operands(u, v, work) || !reduce_all(work, f.p) || !work.find_degrees(f, 0, degrees)) return false;
+    tell_degrees(work, degrees, degree, coprime);
     return true;
 }
 
@@ -160,42 +177,37 @@ struct known_images {
         free_poly(sum.slot());
         setvalue(1, &product);
     }
-    void add(const sparse_work &work, const uni_field &f);
+    /* False, and nothing is added, where the image and the sum have different monomials: one of them has met a root of
+       unity of low order, or a prime that divides a coefficient. */
+    bool add(const sparse_work &work, const uni_field &f);
 
   private:
-    void find_digits(const sparse_work &work, const uni_field &f, buffer<image_term> *digits);
+    bool find_digits(const sparse_work &work, const uni_field &f, buffer<image_term> *digits);
 };
 
 /* The terms of the image less those of the sum, divided by the product. */
-void known_images::find_digits(const sparse_work &work, const uni_field &f, buffer<image_term> *digits) {
+bool known_images::find_digits(const sparse_work &work, const uni_field &f, buffer<image_term> *digits) {
     term_table known;
     known.pour(sum.get(), 0, work.variables);
     known.reduce(f.p);
+    if (known.terms() != work.terms.size()) return false;
     const uint32_t factor = f.inverse(chain_modulo(&product, f.p));
-    std::size_t i = 0, j = 0;
-    while (i < work.terms.size() || j < known.terms()) {
-        image_term t{0, 0, 0}, before{0, 0, 0};
-        const bool is_left = j < known.terms(), comes = i < work.terms.size();
-        if (is_left) before = {known.exponents(j)[0], work.packed(known.exponents(j)), known.coefficient[j]};
-        if (comes) t = work.terms[i];
-        const bool takes_new = comes && (!is_left || !before.comes_before(t));
-        const bool takes_known = is_left && (!comes || !t.comes_before(before));
-        if (!takes_new) t = {before.main, before.exponent, 0};
-        if (takes_known) t.coefficient = f.difference(t.coefficient, before.coefficient);
-        i += takes_new;
-        j += takes_known;
-        t.coefficient = f.product(t.coefficient, factor);
-        if (t.coefficient) digits->push(t);
+    for (std::size_t i = 0; i < known.terms(); i++) {
+        const image_term &t = work.terms[i];
+        if (t.main != known.exponents(i)[0] || t.exponent != work.packed(known.exponents(i))) return false;
+        const uint32_t digit = f.product(f.difference(t.coefficient, known.coefficient[i]), factor);
+        if (digit) digits->push({t.main, t.exponent, digit});
     }
+    return true;
 }
 
-void known_images::add(const sparse_work &work, const uni_field &f) {
+bool known_images::add(const sparse_work &work, const uni_field &f) {
     if (!sum) {
         *sum.slot() = work.built(work.terms, f.p);
         nothing_new = false;
     } else {
         buffer<image_term> digits;
-        find_digits(work, f, &digits);
+        if (!find_digits(work, f, &digits)) return false;
         nothing_new = digits.empty();
         if (!nothing_new) {
             poly_handle step(work.built(digits, f.p));
@@ -206,6 +218,7 @@ void known_images::add(const sparse_work &work, const uni_field &f) {
     number_handle prime;
     set_int64(f.p, &prime);
     fast_mult(&product, &prime, &product);
+    return true;
 }
 
 /* The largest coefficient of a polynomial that the first prime leaves is near p / 2 unless that is the answer. */
@@ -241,8 +254,13 @@ bool sparse_integer_gcd(const polynode *u, const polynode *v, polynode **g, pt *
         }
         if (known.sum && work.terms[0].main < degree) known.start();
         degree = work.terms[0].main;
-        const bool is_first = !known.sum;
-        known.add(work, f);
+        bool is_first = !known.sum;
+        if (!known.add(work, f)) {
+            bad++;
+            is_first = true;
+            known.start();
+            known.add(work, f);
+        }
         if (is_first ? !are_small(work.terms, f.p) : !known.nothing_new) continue;
         poly_handle answer;
         poly_assign(known.sum.get(), answer.slot());

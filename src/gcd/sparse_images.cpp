@@ -138,9 +138,8 @@ class sparse_work::recurrences {
 
 /* ---- degrees ---- */
 
-/* bounds: the degrees of the GCD in the variables below the main one, never too low; they are met unless the point is
-   unlucky. One point serves all: what a variable has contributed to a term is taken out again where it leads. */
-bool sparse_work::find_degrees(const uni_field &f, int32_t *bounds) {
+/* One point serves all variables: what one has contributed to a term is taken out again where it leads. */
+bool sparse_work::find_degrees(const uni_field &f, int first, int32_t *bounds) {
     power_tables powers, inverses;
     for (int k = 0; k < variables; k++) {
         const uint32_t x = random_residue(f);
@@ -154,7 +153,7 @@ bool sparse_work::find_degrees(const uni_field &f, int32_t *bounds) {
         for (std::size_t i = 0; i < t->terms(); i++)
             t->ratio[i] = monomial_value(f, t->coefficient[i], powers, t->exponents(i), 0, variables);
     }
-    for (int k = 1; k < variables; k++) {
+    for (int k = first; k < variables; k++) {
         safe_point();
         bounds[k] = 0;
         if (u.degree(k) == 0 || v.degree(k) == 0) continue;
@@ -165,6 +164,7 @@ bool sparse_work::find_degrees(const uni_field &f, int32_t *bounds) {
         if (!image_in(f, u, k, u.degree(k), &a) || !image_in(f, v, k, v.degree(k), &b)) return false;
         uni_gcd(f, a, b, &g);
         bounds[k] = static_cast<int32_t>(uni_degree(g));
+        if (k == 0 && bounds[k] > 0) break;
     }
     return true;
 }
@@ -183,7 +183,7 @@ bool sparse_work::set_radices(const int32_t *degree) {
 
 outcome sparse_work::set_radices(const uni_field &f) {
     int32_t degree[most_variables];
-    if (!find_degrees(f, degree)) return outcome::bad_points;
+    if (!find_degrees(f, 1, degree)) return outcome::bad_points;
     return set_radices(degree) && bound <= f.p / 4 ? outcome::found : outcome::hopeless;
 }
 

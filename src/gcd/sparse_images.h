@@ -60,6 +60,9 @@ struct sparse_work {
        where a prime of this size cannot tell the exponents apart. Before both routines come the residues. */
     outcome set_radices(const uni_field &f);
     outcome take_images(const uni_field &f);
+    /* bounds: the degrees of the GCD in the variables from `first` on, never too low; they are met unless a random point is
+       unlucky. Those below the main variable are left out where its own is positive. False where an image loses degree. */
+    bool find_degrees(const uni_field &f, int first, int32_t *bounds);
     /* By the degrees of the GCD in the variables; false where no word holds the exponents. */
     bool set_radices(const int32_t *degree);
     std::size_t degree_bound(int variable) const { return static_cast<std::size_t>(radix[variable] - 1); }
@@ -85,7 +88,6 @@ struct sparse_work {
     polynode *built_part(const buffer<image_term> &list, std::size_t from, std::size_t to, int variable,
                          uint32_t p) const;
 
-    bool find_degrees(const uni_field &f, int32_t *bounds);
     void start(const uni_field &f, uint32_t w, uint64_t s, term_table *t) const;
     class recurrences;
     bool collect(const uni_field &f, uint32_t w, uint64_t s, recurrences &of_coefficient, std::size_t degree);
