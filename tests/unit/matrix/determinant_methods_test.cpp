@@ -250,6 +250,52 @@ TEST_P(methods_in_fields, thin_matrices) {
     for (const int n : {8, 14, 25}) check(n, thin, small_unit);
 }
 
+/* ---- floats: rounding is all that the methods differ by ---- */
+
+struct methods_in_floats : fresh_system {
+    test_random rnd;
+    static constexpr long double tolerance = 1e-12L; /* of determinants below 10^5, of entries below 10^3 */
+
+    static long double distance(const quolynode *a, const quolynode *b) {
+        const long double d = a->numb->flote_val - b->numb->flote_val;
+        return d < 0 ? -d : d;
+    }
+    static void check(const planted_matrix &planted, bool sparse, const std::string &what) {
+        matrix_value copy;
+        quoly_handle found;
+        copy.copy_from(planted.m);
+        if (sparse) copy.to_sparse();
+        quoly_set(1, found.slot());
+        mat_determinant(copy, {}, found.slot());
+        EXPECT_LT(distance(found.get(), planted.determinant.get()), tolerance) << what;
+    }
+};
+
+TEST_F(methods_in_floats, numbers) {
+    const make_entry small = [](test_random &r, quolynode **q) { quoly_set_flote(r.below(5) - 2, q); };
+    const make_entry power_of_two = [](test_random &r, quolynode **q) { quoly_set_flote(1 << r.below(3), q); };
+    for (int n = 1; n <= 7; n++)
+        for (int i = times(5); i > 0; i--) {
+            const planted_matrix planted(rnd, n, small, power_of_two);
+            for (const forced &method : methods) {
+                force(method);
+                const std::string what = std::string(method.name) + ", rows: " + std::to_string(n);
+                check(planted, false, what);
+                check(planted, true, what + ", sparse");
+            }
+        }
+}
+
+/* Exactly: the last rows are 0 after the elimination. */
+TEST_F(methods_in_floats, singular_matrices) {
+    run("[z] := [[1, 2, 4][2, 4, 8][1, 1, 1]]");
+    for (const forced &method : methods) {
+        force(method);
+        EXPECT_EQ(value_of("Det[z]"), "0") << method.name;
+        EXPECT_NE(run("[q] := 1/[z]").find(message_text(44)), std::string::npos) << method.name;
+    }
+}
+
 } // namespace
 
 } // namespace tolvek
