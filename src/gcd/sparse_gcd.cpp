@@ -130,12 +130,16 @@ bool sparse_gcd(const polynode *u, const polynode *v, polynode **g, pt *names) {
 /* ---- degrees ---- */
 
 /* The tables of the operands alone. */
-static bool pour_operands(const polynode *u, const polynode *v, sparse_work &work) {
-    poly_handle one;
-    poly_set(1, one.slot());
-    work.pour(u, v, one.get(), std::max(deepest_level(u), deepest_level(v)));
-    return !work.has_high_degrees();
-}
+struct operand_tables {
+    poly_handle one; /* the normaliser */
+    sparse_work work;
+
+    bool pour(const polynode *u, const polynode *v) {
+        poly_set(1, one.slot());
+        work.pour(u, v, one.get(), std::max(deepest_level(u), deepest_level(v)));
+        return !work.has_high_degrees();
+    }
+};
 
 static void tell_degrees(const sparse_work &work, const int32_t *degrees, int32_t *degree, bool *coprime) {
     *degree = degrees[0];
@@ -146,21 +150,21 @@ bool degrees_over_larger_field(const polynode *u, const polynode *v, int32_t *de
     const uint32_t p = static_cast<uint32_t>(int32_t{modulus});
     if (finf || p > log_field::largest_prime) return false;
     const log_field f(p);
-    sparse_work work;
-    if (!f.is_there() || !pour_operands(u, v, work)) return false;
-    log_images images(f, work);
+    operand_tables of;
+    if (!f.is_there() || !of.pour(u, v)) return false;
+    log_images images(f, of.work);
     int32_t degrees[most_variables];
     if (!images.find_degrees(degrees)) return false;
-    tell_degrees(work, degrees, degree, coprime);
+    tell_degrees(of.work, degrees, degree, coprime);
     return true;
 }
 
 bool degrees_modulo_large_prime(const polynode *u, const polynode *v, int32_t *degree, bool *coprime) {
     const uni_field f(2147483629);
-    sparse_work work;
+    operand_tables of;
     int32_t degrees[most_variables];
-    if (!pour_operands(u, v, work) || !reduce_all(work, f.p) || !work.find_degrees(f, 0, degrees)) return false;
-    tell_degrees(work, degrees, degree, coprime);
+    if (!of.pour(u, v) || !reduce_all(of.work, f.p) || !of.work.find_degrees(f, 0, degrees)) return false;
+    tell_degrees(of.work, degrees, degree, coprime);
     return true;
 }
 
