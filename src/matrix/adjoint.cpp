@@ -64,4 +64,18 @@ void adjoint(matrix_value &m) {
     if (!done) classic_method(m);
 }
 
+bool by_cofactors(elimination &e) {
+    if (!e.invert() || !e.no_denoms || !has_zero_divisors()) return false;
+    matrix_value copy;
+    copy.copy_from(e.m);
+    quoly_handle det;
+    quoly_set(1, det.slot());
+    mat_determinant(copy, {}, det.slot());
+    if (quoly_is_zero(det.get())) array_error(44, token);
+    check_pivot(det.get());
+    classic_method(e.m);
+    for (int64_t i = 0; i < e.m.size; i++) fast_quoly_quot(&e.m.cell(i), det.get(), 0);
+    return true;
+}
+
 } // namespace tolvek

@@ -58,7 +58,9 @@ void trial_divide(quolynode **q, const quolynode *divisor) {
 }
 
 bool by_fraction_free_steps(elimination &e) {
-    if (e.invert() || !e.no_denoms || (gauss_cutoff != 1 && !small_for_interpolation(e))) return false;
+    if (e.invert() || !e.no_denoms) return false;
+    const bool needed = has_zero_divisors() && e.n > e.minors_cut;
+    if (gauss_cutoff != 1 && !needed && !small_for_interpolation(e)) return false;
     progress_level level;
     if (verbose) dumpitt("Gauss-Bareiss method, size ", e.n, 1, 1, 1);
     const quolynode *previous = quol_num_1;
@@ -68,6 +70,7 @@ bool by_fraction_free_steps(elimination &e) {
             e.finish_with_zero();
             return true;
         }
+        if (k < e.n - 2) check_pivot(e.cell(k, k)); /* later steps divide by it, or find a column that it made 0 */
         for (int i = k + 1; i < e.n; i++)
             for (int j = k + 1; j < e.n; j++) {
                 safe_point();

@@ -3,6 +3,7 @@
 #include "gcd/gcd.h"
 #include "language/scanner.h"
 #include "matrix/elimination_work.h"
+#include "numbers/int_gcd.h"
 #include "numbers/modular.h"
 #include "poly/divide.h"
 #include "poly/measures.h"
@@ -13,12 +14,8 @@ namespace tolvek {
 /* ---- the choice for dense matrices ---- */
 
 static constexpr elimination_step dense_steps[] = {
-    by_residues,
-    by_extended_precision,
-    by_integers,
-    by_adjoint_of_integers,
-    by_fraction_free_steps,
-    by_gaussian_elimination,
+    by_residues,  by_extended_precision,   by_integers, by_adjoint_of_integers, by_fraction_free_steps,
+    by_cofactors, by_gaussian_elimination,
 };
 
 static void eliminate(elimination &e) {
@@ -85,13 +82,33 @@ static bool larger_number(const number *a, const number *b) {
     return lintmode && modularmode ? false : abs_larger(a, b);
 }
 
+static int32_t leading_residue(const quolynode *q) {
+    return (q->is_num ? q->numb : leading_coef(q->num)->num)->lint_val;
+}
+
+bool has_zero_divisors() { return modularmode && !mod_is_prime(); }
+
+bool is_pivot(const quolynode *q) {
+    if (!has_zero_divisors()) return true;
+    const int32_t x = leading_residue(q);
+    return x != 0 && smallgcd(static_cast<uint32_t>(x), static_cast<uint32_t>(int32_t{modulus})) == 1;
+}
+
+void check_pivot(const quolynode *pivot) {
+    if (!is_pivot(pivot)) mod_inverse(leading_residue(pivot)); /* error 85 */
+}
+
 /* The best pivot so far. */
 struct pivot_choice {
     const quolynode *number = nullptr;
     int64_t mass = 0;
-    pivot_place number_at, value_at;
+    pivot_place number_at, value_at, useless_at;
 
     void consider(const quolynode *q, int row, int column) {
+        if (!is_pivot(q)) {
+            useless_at = {row, column};
+            return;
+        }
         if (q->is_num) {
             if (number && !larger_number(q->numb, number->numb)) return;
             number = q;
@@ -103,7 +120,10 @@ struct pivot_choice {
         mass = its_mass;
         value_at = {row, column};
     }
-    pivot_place best() const { return number_at.found() ? number_at : value_at; }
+    pivot_place best() const {
+        if (number_at.found()) return number_at;
+        return value_at.found() ? value_at : useless_at;
+    }
 };
 
 pivot_place find_good_spot(elimination &e, int k, int columns) {
@@ -125,11 +145,6 @@ pivot_place place_pivot(elimination &e, int k, int columns) {
     if (at.column != k) e.swap_columns(at.column, k);
     if (!e.invert() && (at.row != k) != (at.column != k)) quoly_inplace(*e.result);
     return at;
-}
-
-void check_pivot(const quolynode *pivot) {
-    if (!modularmode || pivot->is_num || mod_is_prime()) return;
-    mod_inverse(leading_coef(pivot->num)->num->lint_val);
 }
 
 /* ---- the entries ---- */

@@ -31,6 +31,7 @@ bool by_extended_precision(elimination &e);   /* numbers in the float ring */
 bool by_integers(elimination &e);             /* the determinant of integers */
 bool by_adjoint_of_integers(elimination &e);  /* the inverse of integers */
 bool by_fraction_free_steps(elimination &e);  /* if the switches ask for it */
+bool by_cofactors(elimination &e);            /* the inverse modulo a composite number */
 bool by_gaussian_elimination(elimination &e); /* any matrix */
 
 /* m := the adjoint of a matrix of integers, or of residues by way of integers; false, and nothing has changed, if the
@@ -60,9 +61,13 @@ bool by_sparse_fractions(sparse_elimination &e); /* any matrix */
 
 /* *q := *q / divisor, without a remainder; in floats what rounding leaves does not count. Values without denominators. */
 void trial_divide(quolynode **q, const quolynode *divisor);
-/* Modulo a composite number: error 85 unless the leading coefficient of the pivot is a unit. Where it is none quotients by
-   the pivot would not be unique. */
-void check_pivot(const quolynode *pivot);
+/* Is the ring that of a composite modulus? There quotients of polynomials have no common divisors that are sure: elimination
+   goes without them where it can. */
+bool has_zero_divisors();
+/* Can values be divided by this one, which is not 0? Modulo a composite number its leading coefficient must be a unit:
+   otherwise quotients by it would not be unique. */
+bool is_pivot(const quolynode *q);
+void check_pivot(const quolynode *pivot); /* error 85 if not */
 /* Is the permutation that takes i to `of[i]` odd? It becomes the identity. */
 bool make_identity(buffer<int> &of);
 
@@ -76,7 +81,7 @@ struct pivot_place {
     bool found() const { return row >= 0; }
 };
 /* A pivot for step k, in the next `columns` columns from row k on: the number of largest magnitude (modulo n the first one);
-   without a number the value of least mass. None if the first of the columns is 0. */
+   without a number the value of least mass; what cannot be divided by comes last. None if the first of the columns is 0. */
 pivot_place find_good_spot(elimination &e, int k, int columns);
 /* The same, brought to row and column k; a determinant changes its sign for it. What is given is where it stood. */
 pivot_place place_pivot(elimination &e, int k, int columns);

@@ -35,8 +35,10 @@ class loose_rows {
     buffer<colm *> heads;
 };
 
-/* A number serves better than any other value; of floats the larger one, else what has the lesser mass. */
+/* What can be divided by comes first. A number serves better than any other value; of floats the larger one, else what has the lesser mass. */
 bool is_better_pivot(const quolynode *a, const quolynode *b) {
+    const bool usable = is_pivot(a);
+    if (usable != is_pivot(b)) return usable;
     if (a->is_num != b->is_num) return a->is_num;
     if (flotemode && a->is_num) return std::fabs(a->numb->flote_val) > std::fabs(b->numb->flote_val);
     return entry_mass(a) < entry_mass(b);
@@ -196,6 +198,9 @@ bool row_elimination::run_steps() {
         if (verbose && step + 1 < n && step % (n / 32 + 1) == 0) dumpitt(" ", step + 1, 0, 0, 0);
         const int top = best_row();
         if (top < 0) return false;
+        if (step < n - 2)
+            check_pivot(
+                measures[index_of(top)].best->value); /* later steps divide by it, or find a row that it made 0 */
         eliminate_by(top);
     }
     return true;
@@ -224,7 +229,7 @@ bool make_identity(buffer<int> &of) {
 }
 
 bool by_sparse_bareiss(sparse_elimination &e) {
-    if (gauss_cutoff != 1 || !e.no_denoms) return false;
+    if ((gauss_cutoff != 1 && !has_zero_divisors()) || !e.no_denoms) return false;
     return eliminate_rows(e, "Gauss-Bareiss method, sparse, size ", true);
 }
 

@@ -61,6 +61,7 @@ void by_leverrier(matrix_value &a) {
         safe_point();
     }
     if (quoly_is_zero(c.get())) array_error(44, token);
+    check_pivot(c.get());
     quoly_reciprocal(c.slot());
     quoly_inplace(c.get());
     entries_with_scalar('*', b, c.get());
@@ -72,6 +73,7 @@ void by_leverrier(matrix_value &a) {
 void invert_single_entry(matrix_value &m) {
     colm *c = *row_walk(m.sparse);
     if (!c) array_error(44, token);
+    check_pivot(c->value);
     quoly_reciprocal(&c->value);
 }
 

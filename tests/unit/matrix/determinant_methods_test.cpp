@@ -233,6 +233,25 @@ TEST_P(methods_modulo_composites, numbers) {
         }
 }
 
+/* Where a pivot cannot be divided by, error 85; never another value. By minors there is always one. */
+TEST_P(methods_modulo_composites, polynomials_are_done_or_refused) {
+    int done = 0;
+    for (int n = 2; n <= 5; n++)
+        for (int i = times(3); i > 0; i--) {
+            const planted_matrix planted(rnd, n, polynomial, i % 2 ? make_entry(polynomial) : make_entry(small_unit));
+            for (const forced &method : methods)
+                for (const bool sparse : {false, true}) {
+                    force(method);
+                    const std::string what = std::string(method.name) + (sparse ? ", sparse" : ""),
+                                      text = text_of([&] { check_determinant(planted, sparse, what); });
+                    EXPECT_TRUE(text.empty() || method.detcutoff <= 3) << what << text;
+                    EXPECT_TRUE(text.empty() || text.find(message_text(85)) != std::string::npos) << what << text;
+                    done += text.empty();
+                }
+        }
+    EXPECT_GT(done, 50);
+}
+
 /* ---- larger ones, where integers are lifted or go by images ---- */
 
 TEST_F(determinant_methods, integers_of_many_rows) {
