@@ -192,7 +192,7 @@ TEST_F(determinant_interrupts, interrupted_and_resumed_a_statement_shows_the_sam
 
 /* After an error, and after an interrupt, the same statement has the same outcome. */
 TEST_F(determinant_interrupts, an_error_and_an_interrupt_do_not_change_what_comes_afterwards) {
-    run("[m] := [[2*x,3][3,x]]\n[i] := [[2,3][3,2]]\n&(p = 6)\n&(D = 0)");
+    run("[m] := [[2*x,3,2][3,2*x,3][2,3,2*x]]\n[i] := [[2,3][3,2]]\n&(p = 6)\n&(D = 0)");
     const std::string refused = run("Det[m]");
     EXPECT_NE(refused.find(message_text(85)), std::string::npos);
     EXPECT_EQ(value_of("Det[i]"), "1");
