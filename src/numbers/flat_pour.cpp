@@ -51,32 +51,29 @@ static void drop_first(number *x, int32_t count) {
     push_digits(first, last);
 }
 
-chain_room::chain_room(const limb *a, size_t n, const number *dst) : digits(digits_of(a, n)) {
-    for (int32_t i = maxx(dst->num_len, 0); i < digits; i++) more.append(0);
+/* Digit i of a, counted from the lowest; of 0, which has no limbs, the one digit. */
+static int32_t digit_of(const limb *a, size_t n, int32_t i) {
+    return n ? digit_at(a, n, static_cast<size_t>(i) * digit_bits) : 0;
 }
 
-void chain_room::write(const limb *a, size_t n, int32_t sign, number *dst) {
-    if (dst->num_len < 1) {
-        more.give_to(dst);
-    } else if (dst->num_len > digits) {
-        drop_first(dst, dst->num_len - digits);
-    } else if (more.len) {
-        more.last->next = dst->num_head;
-        dst->num_head = more.top.next;
-        dst->num_len = digits;
-        more.last = &more.top;
-    }
-    n = flat_length(a, n);
-    numnode *node = dst->num_head;
-    if (n == 0)
-        node->digit = 0;
-    else
-        for (size_t bit = static_cast<size_t>(digits) * digit_bits; node; node = node->next)
-            node->digit = sign * digit_at(a, n, bit -= digit_bits);
+/* The new nodes stand in front, and are written as they are taken. */
+chain_room::chain_room(const limb *a, size_t n, int32_t its_sign, const number *dst)
+    : value(a), limbs(flat_length(a, n)), sign(its_sign), digits(digits_of(a, n)) {
+    for (int32_t i = digits; i > maxx(dst->num_len, 0); i--) more.append(sign * digit_of(value, limbs, i - 1));
 }
 
-void chain_from_limbs(const limb *a, size_t n, int32_t sign, number *dst) {
-    chain_room(a, n, dst).write(a, n, sign, dst);
+void chain_room::write(number *dst) {
+    if (dst->num_len < 1) return more.give_to(dst);
+    if (dst->num_len > digits) drop_first(dst, dst->num_len - digits);
+    int32_t i = dst->num_len;
+    for (numnode *node = dst->num_head; node; node = node->next) node->digit = sign * digit_of(value, limbs, --i);
+    if (more.len == 0) return;
+    more.last->next = dst->num_head;
+    dst->num_head = more.top.next;
+    dst->num_len = digits;
+    more.last = &more.top;
 }
+
+void chain_from_limbs(const limb *a, size_t n, int32_t sign, number *dst) { chain_room(a, n, sign, dst).write(dst); }
 
 } // namespace tolvek

@@ -30,14 +30,16 @@ struct poured_limbs : limb_array {
 void chain_from_limbs(const limb *a, size_t n, int32_t sign, number *dst);
 
 /* The same in two steps, for values that must change together: the first one takes the nodes that dst lacks, and may
-   fail; the second one writes, and cannot. dst's chain stays as it is in between. */
+   fail; the second one writes, and cannot. dst's chain and the limbs stay as they are in between. */
 class chain_room {
   public:
-    chain_room(const limb *a, size_t n, const number *dst);
-    void write(const limb *a, size_t n, int32_t sign, number *dst);
+    chain_room(const limb *a, size_t n, int32_t its_sign, const number *dst);
+    void write(number *dst);
 
   private:
-    int32_t digits;
+    const limb *value;
+    size_t limbs;
+    int32_t sign, digits;
     growing_chain more;
 };
 

@@ -46,9 +46,9 @@ void write_value(const flat_value &x, int32_t sign, number *dst) { chain_from_li
 /* q := num / den in the records of a rational. */
 void rewrite_fraction(const flat_value &num, int32_t sign, const flat_value &den, quolynode *q) {
     number *const top = q->num->num, *const bottom = q->den->num;
-    chain_room for_num(num.data(), num.n, top), for_den(den.data(), den.n, bottom);
-    for_num.write(num.data(), num.n, sign, top);
-    for_den.write(den.data(), den.n, 1, bottom);
+    chain_room for_num(num.data(), num.n, sign, top), for_den(den.data(), den.n, 1, bottom);
+    for_num.write(top);
+    for_den.write(bottom);
 }
 
 void new_fraction(const flat_value &num, int32_t sign, const flat_value &den, quolynode **out) {
