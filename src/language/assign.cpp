@@ -2,6 +2,7 @@
 #include "display/progress.h"
 #include "language/expressions.h"
 #include "language/names.h"
+#include "language/parameters.h"
 #include "matrix/elements.h"
 #include "matrix/sparse.h"
 #include "numbers/handles.h"
@@ -30,6 +31,7 @@ static void assign_value(stream *input, place &at, quolynode **result, name **cu
     quoly_handle value;
     old_expre(input, value.slot(), cursor);
     if (value->is_num) value->array_mark = 0;
+    bring_into_ring(at.slot, value.slot());
     if (at.array) {
         *cursor ? quoly_set(0, result) : quoly_assign(value.get(), result);
         store_sparse_element(at, value.release());
@@ -60,12 +62,13 @@ static void read_step(stream *input, quolynode **step, name **cursor) {
 /* A number changes in place. A polynomial is built aside, so that it is whole whatever happens; and so is a number at a
    level above 1, where it may be an operand of the interrupted computation. */
 static void add_step(quolynode **slot, const quolynode *step, bool minus) {
-    if (!values_are_held() && (*slot)->is_num && !(*slot)->original) {
+    if (!values_are_held() && !ring_is_paused() && (*slot)->is_num && !(*slot)->original) {
         (minus ? better_quoly_sub : better_quoly_add)(*slot, step, slot);
         return;
     }
     quoly_handle sum;
     (minus ? quoly_sub : quoly_add)(*slot, step, sum.slot());
+    bring_into_ring(slot, sum.slot());
     store_value(slot, sum.release());
 }
 

@@ -1,6 +1,7 @@
 #include "language/builtin_args.h"
 
 #include "language/names.h"
+#include "language/parameters.h"
 #include "matrix/elements.h"
 #include "numbers/number.h"
 #include "poly/variables.h"
@@ -109,6 +110,7 @@ void named_place::read(builtin_call &call) {
 }
 
 void named_place::store(quoly_handle &value) const {
+    bring_into_ring(at.slot, value.slot());
     if (at.array)
         store_sparse_element(at, value.release());
     else if (at.slot)
@@ -116,7 +118,7 @@ void named_place::store(quoly_handle &value) const {
 }
 
 void named_place::exchange(const named_place &other) const {
-    if (!at.array && !other.at.array) {
+    if (!at.array && !other.at.array && !ring_is_paused()) {
         std::swap(*at.slot, *other.at.slot);
         return;
     }

@@ -4,6 +4,7 @@
 #include "language/expressions.h"
 #include "language/float_path.h"
 #include "language/functions.h"
+#include "language/parameters.h"
 #include "language/run.h"
 #include "matrix/array_names.h"
 #include "matrix/matrix_value.h"
@@ -24,8 +25,9 @@ constexpr int64_t loop_value_bound = 0x10000000; /* a loop value fits one digit 
 /* Writes the value straight into the variable's number. At a level above 1 the old value may be an operand of the
    interrupted computation: a new one takes its place. */
 static void set_loop_variable(token_record &t, int64_t value) {
-    const int32_t v = modularmode ? residue_of_integer(value) : static_cast<int32_t>(value);
     variable *found = find_variable(t);
+    const bool in_ring = modularmode || (ring_is_paused() && !(found && is_parameter(&found->value)));
+    const int32_t v = in_ring ? residue_of_integer(value) : static_cast<int32_t>(value);
     if (found && found->value && found->value->is_num && levelcount == 1) {
         drop_original(found->value);
         setvalue(v, found->value->numb);

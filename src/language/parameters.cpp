@@ -6,6 +6,7 @@
 #include "matrix/elements.h"
 #include "numbers/free_lists.h"
 #include "poly/variables.h"
+#include "quoly/ring_change.h"
 #include "top/guards.h"
 
 namespace tolvek {
@@ -129,6 +130,7 @@ static void give_to_element(variable *v) {
     if (!a || v->home_index >= a->size) return;
     quolynode **slot = array_quoly_ptr(a, v->home_index);
     if (!slot) return;
+    bring_into_ring(slot, &v->value);
     if (a->sparse_head)
         store_sparse_element({nullptr, a, v->home_index}, v->value);
     else
@@ -142,6 +144,7 @@ static void give_back(variable *v) {
     if (v->home_index >= 0) return give_to_element(v);
     variable *home = find_variable(v->home);
     if (!home) return;
+    bring_into_ring(&home->value, &v->value);
     store_value(&home->value, v->value);
     v->value = nullptr;
 }
@@ -180,6 +183,17 @@ void remove_args(call_frame &frame) {
         push_variable(v);
     }
     if (lost) error(30, lost_name);
+}
+
+bool is_parameter(quolynode *const *slot) {
+    for (int i = statcount; i-- > 0;)
+        for (const variable *v = running_frame(i).bound; v; v = v->next_of_call)
+            if (&v->value == slot) return true;
+    return false;
+}
+
+void bring_into_ring(quolynode *const *slot, quolynode **value) {
+    if (ring_is_paused() && !is_parameter(slot)) quoly_into_ring(value);
 }
 
 void abandon_args(call_frame &frame) {

@@ -31,6 +31,13 @@ void read_call(stream *input, const function *f, pending_call &call, token_recor
 /* The end of a call: values of by-reference parameters go back by name. Error 30: an array parameter has been lost. */
 void remove_args(call_frame &frame);
 
+/* Is it the slot of a parameter of a call that is running? */
+bool is_parameter(quolynode *const *slot);
+
+/* A value that is to be stored, in the ring modulo n if that is paused. Parameters keep machine integers: they live no
+   longer than their call. */
+void bring_into_ring(quolynode *const *slot, quolynode **value);
+
 /* The computation is abandoned: the records leave the tables and wait, as values may be operands of what unwinds. Lost
    array parameters have message 30. */
 void abandon_args(call_frame &frame);

@@ -125,7 +125,7 @@ static void matrix_to_rectangle(const array_region &region, matrix_value &value)
 }
 
 void store_matrix(array_region &region, matrix_value &value) {
-    value.own();
+    value.own_in_ring();
     if (region.sub && region.array->sparse_head) array_error(244, region.tok);
     if (value.is_scalar())
         scalar_to_array(region, value);
@@ -157,7 +157,7 @@ static void new_diagonal(const array_region &region, matrix_value &value) {
 }
 
 void store_diagonal(array_region &region, matrix_value &value) {
-    value.own();
+    value.own_in_ring();
     const bool sparse_target = region.array && region.array->sparse_head;
     if (value.is_sparse() || sparse_target) array_error(242, region.tok);
     const int64_t n = std::min<int64_t>(region.rows, region.cols);

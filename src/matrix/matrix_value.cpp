@@ -5,6 +5,8 @@
 #include "matrix/matrix_value.h"
 
 #include "language/scanner.h"
+#include "matrix/array_map.h"
+#include "quoly/ring_change.h"
 #include "top/driver.h"
 #include "top/interrupts.h"
 
@@ -134,6 +136,14 @@ void matrix_value::own() {
     take(copy);
 }
 
+void matrix_value::own_in_ring() {
+    own();
+    if (!ring_is_paused()) return;
+    if (!is_dense()) return map_entries(*this, [](const quolynode *, quolynode **entry) { quoly_into_ring(entry); });
+    for (int64_t i = 0; i < size; i++)
+        if (cell(i)) quoly_into_ring(&cell(i));
+}
+
 void matrix_value::fill_holes() {
     if (!holes) return;
     own();
@@ -211,7 +221,7 @@ void fetch_array(array_record *a, matrix_value &m, const token_record *shown_nam
 
 /* What m borrows is copied first: it may go with the old values. */
 void fill_syst_array(matrix_value &m) {
-    m.own();
+    m.own_in_ring();
     clear_syst();
     syst.rows = m.rows;
     syst.size = m.size;

@@ -84,6 +84,7 @@ class matrix_value {
     void make_borrowed(int64_t its_rows, int64_t its_cols);
 
     void own();                            /* copies what is borrowed */
+    void own_in_ring();                    /* the same, and entries are of the ring modulo n, if that is paused */
     void copy_from(const matrix_value &m); /* becomes a copy of its own of a matrix */
     void set_shape(int32_t its_rows) { rows = its_rows; }
     void fill_holes(); /* null cells become 0, with a warning */

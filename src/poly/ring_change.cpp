@@ -53,13 +53,13 @@ void change_num(number *x, bool release, bool warn_negative) {
 }
 
 /* In place, so that the list is linked at every safe point: what becomes 0 leaves it. */
-static void change_terms(polynode **link, paced_safe_points &pace) {
+template <class Change> static void change_terms(polynode **link, paced_safe_points &pace, Change change) {
     while (polynode *t = *link) {
         if (t->is_number) {
-            change_num(t->num, true, true);
+            change(t->num);
             pace.step();
         } else {
-            change_terms(&t->poly, pace);
+            change_terms(&t->poly, pace, change);
         }
         const bool vanished = t->is_number ? t->num->lint_val == 0 : !t->poly;
         const bool collapsed = !t->is_number && t->poly && t->expo == 0 && is_constant(t->poly);
@@ -76,11 +76,19 @@ static void change_terms(polynode **link, paced_safe_points &pace) {
     }
 }
 
-void poly_change_num(polynode **p) {
+template <class Change> static void change_numbers(polynode **p, Change change) {
     check_stack();
     paced_safe_points pace;
-    change_terms(p, pace);
+    change_terms(p, pace, change);
     if (!*p) poly_set(0, p);
+}
+
+void poly_change_num(polynode **p) {
+    change_numbers(p, [](number *x) { change_num(x, true, true); });
+}
+
+void poly_into_ring(polynode **p) {
+    change_numbers(p, [](number *x) { x->lint_val = residue_of_integer(x->lint_val); });
 }
 
 /* ---- and back ---- */

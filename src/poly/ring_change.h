@@ -30,6 +30,9 @@ class paced_safe_points {
 /* The same for every number of a polynomial. What becomes 0 leaves it: *p is canonical again. */
 void poly_change_num(polynode **p);
 
+/* *p, computed as machine integers while the ring is paused, in that ring, which is in force again. */
+void poly_into_ring(polynode **p);
+
 /* A residue becomes the integer that it stands for, of one digit or two, in the chain form, which is in force; `modulo`
    is the ring that is left. With `symmetric` those above its half are negative. */
 void change_from_mod(number *x, int32_t modulo, bool symmetric);

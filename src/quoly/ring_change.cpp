@@ -2,6 +2,7 @@
 #include "numbers/modular.h"
 #include "poly/ring_change.h"
 #include "quoly/quoly.h"
+#include "quoly/quoly_numbers.h"
 #include "top/guards.h"
 #include "top/text_io.h"
 
@@ -57,6 +58,23 @@ void quoly_change_num(quolynode **q) {
     if (outcome == ring_move::no_inverse) error(85, blank);
     if (outcome == ring_move::denominator_is_0)
         say("Warning. A zero quoly denominator was found. That quoly was set to 0.\n");
+}
+
+void quoly_into_ring(quolynode **q) {
+    const kept_value<int> ring(modularmode, 1);
+    if ((*q)->is_num) {
+        (*q)->numb->lint_val = residue_of_integer((*q)->numb->lint_val);
+        return;
+    }
+    poly_handle num(std::exchange((*q)->num, nullptr)), den(std::exchange((*q)->den, nullptr));
+    init_quoly_node(*q);
+    (*q)->numb->lint_val = 0;
+    poly_into_ring(num.slot());
+    if (den) poly_into_ring(den.slot());
+    if (den && poly_iszero(den.get()))
+        division_by_zero(q);
+    else
+        fraction_to_value(num, den, q);
 }
 
 void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric) {

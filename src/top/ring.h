@@ -99,6 +99,9 @@ struct modular_pause {
     int found, count;
 };
 
+/* Are values computed as machine integers that the ring modulo n is to hold? */
+inline bool ring_is_paused() { return mod_is_changed > 0 && !modularmode; }
+
 /* The ring that the user has chosen, which only a change of ring writes. Errors return to it. */
 extern ring_state user_ring;
 
