@@ -47,6 +47,17 @@ bool leave_at(long k, const std::function<void()> &routine) {
     return left;
 }
 
+long interrupt_at(long k, const std::function<void()> &routine) {
+    passed = 0;
+    stop_at = k;
+    watch_safe_points([] {
+        if (++passed == stop_at) note_interrupt();
+    });
+    routine();
+    watch_safe_points(nullptr);
+    return passed;
+}
+
 void leave_everywhere(const std::string &what, polynode **p, const std::function<void()> &routine) {
     poly_handle before;
     poly_assign(*p, before.slot());

@@ -13,6 +13,8 @@ namespace tolvek {
 long safe_points_of(const std::function<void()> &routine);
 /* Leaves the routine at its k-th safe point, from 1 on; false when it came to its end before. */
 bool leave_at(long k, const std::function<void()> &routine);
+/* Runs the routine with an interrupt at its k-th safe point, from 1 on; 0: with none. How many it passes. */
+long interrupt_at(long k, const std::function<void()> &routine);
 
 /* Leaves the routine, which gives *p a new value or none, at its safe points, at 40 of them when there are more: no
    record is lost, and *p is as before or null. */

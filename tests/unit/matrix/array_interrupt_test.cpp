@@ -2,6 +2,7 @@
 #include "array_operands.h"
 #include "matrix/array_arithmetic.h"
 #include "support/safe_point_gaps.h"
+#include "support/safe_points.h"
 #include "top/interrupts.h"
 
 #include <algorithm>
@@ -9,16 +10,6 @@
 using namespace tolvek;
 
 namespace {
-
-struct stopped {};
-long passed, stop_at;
-
-void stop_there() {
-    if (++passed == stop_at) throw stopped{};
-}
-void interrupt_there() {
-    if (++passed == stop_at) note_interrupt();
-}
 
 const char *const expressions[] = {
     "[d]*[d] - 2*[d] + [s]",
@@ -54,29 +45,22 @@ struct array_interrupts : array_fixture {
 
 TEST_F(array_interrupts, an_expression_that_is_left_at_any_safe_point_leaves_nothing_behind) {
     for (const char *text : expressions) {
-        { /* constants that stay are made */
+        const auto routine = [&] {
             matrix_value m;
             evaluate(text, m);
-        }
+        };
+        routine(); /* constants that stay are made */
         const records_in_use before = count_records_in_use();
         const long frames = sparse_frames_in_use();
         long all = 0;
-        bool done = false;
-        for (stop_at = 1; !done; stop_at++) {
-            passed = 0;
-            watch_safe_points(stop_there);
-            try {
-                matrix_value m;
-                evaluate(text, m);
-                done = true;
-            } catch (const stopped &) {
-                all++;
-            }
-            watch_safe_points(nullptr);
+        while (leave_at(all + 1, routine)) {
+            all++;
             release_pending_arrays();
-            EXPECT_TRUE(balanced(before)) << text << ", safe point " << stop_at;
-            EXPECT_EQ(sparse_frames_in_use(), frames) << text << ", safe point " << stop_at;
+            EXPECT_TRUE(balanced(before)) << text << ", safe point " << all;
+            EXPECT_EQ(sparse_frames_in_use(), frames) << text << ", safe point " << all;
         }
+        release_pending_arrays();
+        EXPECT_TRUE(balanced(before)) << text;
         EXPECT_GT(all, 5) << text;
     }
 }
@@ -86,20 +70,12 @@ TEST_F(array_interrupts, arrays_that_go_while_an_expression_is_interrupted_stay_
     for (const char *text : expressions) {
         const std::string statement = std::string("[r] := ") + text;
         run(statement);
-        passed = 0;
-        stop_at = 0;
-        watch_safe_points(interrupt_there);
-        run(statement);
-        watch_safe_points(nullptr);
-        const long all = passed;
+        const long all = interrupt_at(0, [&] { run(statement); });
         for (long k = 1; k <= all; k += std::max(1L, all / 12)) {
             for (const char *change :
                  {"@[d]; @[s]", "d[1] := 0; s[2,1] := 0; s[1,1] := 8; Reverse([d])", "STrans([s])"}) {
-                passed = 0;
-                stop_at = k;
-                watch_safe_points(interrupt_there);
-                const std::string shown = run(statement + "\n" + change + "\n&_p");
-                watch_safe_points(nullptr);
+                std::string shown;
+                interrupt_at(k, [&] { shown = run(statement + "\n" + change + "\n&_p"); });
                 EXPECT_NE(shown.find("*** New command level."), std::string::npos);
                 run("@[*]");
                 fill();

@@ -5,6 +5,7 @@
 #include "quoly/compare.h"
 #include "support/fresh_system.h"
 #include "support/safe_point_gaps.h"
+#include "support/safe_points.h"
 #include "top/settings.h"
 
 #include <algorithm>
@@ -12,16 +13,6 @@
 namespace tolvek {
 
 namespace {
-
-struct stopped {};
-long passed, stop_at;
-
-void stop_there() {
-    if (++passed == stop_at) throw stopped{};
-}
-void interrupt_there() {
-    if (++passed == stop_at) note_interrupt();
-}
 
 void small_number(test_random &rnd, quolynode **q) {
     const int v = rnd.below(9) - 4;
@@ -86,7 +77,7 @@ struct determinant_interrupts : fresh_exact_system {
     }
     /* Leaves it at some of its safe points: how many it passes. */
     static long leave(const operation &op, const matrix_value &m) {
-        const auto complete = [&](long at) {
+        const auto routine = [&] {
             matrix_value borrowed;
             if (op.sparse) {
                 borrowed.copy_from(m);
@@ -95,19 +86,11 @@ struct determinant_interrupts : fresh_exact_system {
                 borrowed.make_borrowed(m.rows, m.rows);
                 for (int64_t i = 0; i < m.size; i++) borrowed.cell(i) = m.cell(i);
             }
-            passed = 0;
-            stop_at = at;
-            watch_safe_points(stop_there);
-            try {
-                op.run(borrowed);
-            } catch (const stopped &) {
-            }
-            watch_safe_points(nullptr);
-            return passed;
+            op.run(borrowed);
         };
-        const long all = complete(0);
+        const long all = safe_points_of(routine);
         const records_in_use before = count_records_in_use();
-        for (long k = 1; k <= all; k += std::max(1L, all / 25)) complete(k);
+        for (long k = 1; k <= all; k += std::max(1L, all / 25)) EXPECT_TRUE(leave_at(k, routine)) << op.name;
         EXPECT_TRUE(count_records_in_use() == before) << op.name;
         return all;
     }
@@ -167,22 +150,16 @@ TEST_F(determinant_interrupts, interrupted_and_resumed_a_statement_shows_the_sam
         "[i] := [[3,1,0,2][1,4,1,0][7,1,5,9][2,6,5,3]]");
     for (const statement &s : statements) {
         run(std::string(s.ring) + "\n" + s.switches);
-        passed = stop_at = 0;
         run("@[q]");
-        watch_safe_points(interrupt_there);
-        run(s.text);
-        watch_safe_points(nullptr);
-        const long all = passed;
+        const long all = interrupt_at(0, [&] { run(s.text); });
         const std::string expected = run(s.shows), matrices = run("[m]\n[s]\n[i]");
         for (int times_left = times(6); times_left > 0; times_left--) {
             run("d := 0\n@[q]");
-            passed = 0;
-            stop_at = 1 + rnd.below(static_cast<int>(all));
-            watch_safe_points(interrupt_there);
-            const std::string shown = run(std::string(s.text) + "\n&_p");
-            watch_safe_points(nullptr);
+            const long k = 1 + rnd.below(static_cast<int>(all));
+            std::string shown;
+            interrupt_at(k, [&] { shown = run(std::string(s.text) + "\n&_p"); });
             EXPECT_NE(shown.find("*** New command level."), std::string::npos) << s.text;
-            EXPECT_EQ(run(s.shows), expected) << s.text << ", safe point " << stop_at;
+            EXPECT_EQ(run(s.shows), expected) << s.text << ", safe point " << k;
             EXPECT_EQ(run("[m]\n[s]\n[i]"), matrices) << s.text;
         }
         run("&(D = -1)\n&(K = 0)");
@@ -196,11 +173,7 @@ TEST_F(determinant_interrupts, an_error_and_an_interrupt_do_not_change_what_come
     const std::string refused = run("Det[m]");
     EXPECT_NE(refused.find(message_text(85)), std::string::npos);
     EXPECT_EQ(value_of("Det[i]"), "1");
-    passed = 0;
-    stop_at = 2;
-    watch_safe_points(interrupt_there);
-    run("Det[m]\n&_p");
-    watch_safe_points(nullptr);
+    interrupt_at(2, [&] { run("Det[m]\n&_p"); });
     EXPECT_EQ(run("Det[m]"), refused);
     EXPECT_EQ(value_of("Det[i]"), "1");
     EXPECT_EQ(value_of("m[1,1]"), "2x");

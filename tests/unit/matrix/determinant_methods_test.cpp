@@ -90,6 +90,14 @@ void force(const forced &method) {
     mod_matrix_ok = method.by_adjoint;
 }
 
+void find_determinant(const planted_matrix &planted, bool sparse, quoly_handle &found) {
+    matrix_value copy;
+    copy.copy_from(planted.m);
+    if (sparse) copy.to_sparse();
+    quoly_set(1, found.slot());
+    mat_determinant(copy, {}, found.slot());
+}
+
 struct determinant_methods : fresh_exact_system {
     test_random rnd;
     bool composite = false; /* the ring has zero divisors */
@@ -110,12 +118,8 @@ struct determinant_methods : fresh_exact_system {
         before = count_records_in_use();
     }
     static void check_determinant(const planted_matrix &planted, bool sparse, const std::string &what) {
-        matrix_value copy;
         quoly_handle found;
-        copy.copy_from(planted.m);
-        if (sparse) copy.to_sparse();
-        quoly_set(1, found.slot());
-        mat_determinant(copy, {}, found.slot());
+        find_determinant(planted, sparse, found);
         EXPECT_TRUE(quoly_equal(found.get(), planted.determinant.get())) << what;
     }
     void check_inverse(const planted_matrix &planted, bool sparse, const std::string &what) {
@@ -280,12 +284,8 @@ struct methods_in_floats : fresh_system {
         return d < 0 ? -d : d;
     }
     static void check(const planted_matrix &planted, bool sparse, const std::string &what) {
-        matrix_value copy;
         quoly_handle found;
-        copy.copy_from(planted.m);
-        if (sparse) copy.to_sparse();
-        quoly_set(1, found.slot());
-        mat_determinant(copy, {}, found.slot());
+        find_determinant(planted, sparse, found);
         EXPECT_LT(distance(found.get(), planted.determinant.get()), tolerance) << what;
     }
 };
