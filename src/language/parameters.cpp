@@ -6,7 +6,6 @@
 #include "matrix/elements.h"
 #include "numbers/free_lists.h"
 #include "poly/variables.h"
-#include "quoly/ring_change.h"
 #include "top/guards.h"
 
 namespace tolvek {
@@ -190,10 +189,6 @@ bool is_parameter(quolynode *const *slot) {
         for (const variable *v = running_frame(i).bound; v; v = v->next_of_call)
             if (&v->value == slot) return true;
     return false;
-}
-
-void bring_into_ring(quolynode *const *slot, quolynode **value) {
-    if (ring_is_paused() && !is_parameter(slot)) quoly_into_ring(value);
 }
 
 void abandon_args(call_frame &frame) {

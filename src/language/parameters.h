@@ -1,4 +1,4 @@
-/* Private to calls: arguments and parameters.
+/* Arguments and parameters of calls, and what is stored while one runs.
 
    A parameter is a scalar that shadows the caller's names for the time of the call. One that stands for an array holds a
    marked 0, and the record of that array under the parameter's name. */
@@ -6,6 +6,7 @@
 
 #include "language/names.h"
 #include "language/stored.h"
+#include "quoly/ring_change.h"
 
 namespace tolvek {
 
@@ -36,7 +37,9 @@ bool is_parameter(quolynode *const *slot);
 
 /* A value that is to be stored, in the ring modulo n if that is paused. Parameters keep machine integers: they live no
    longer than their call. */
-void bring_into_ring(quolynode *const *slot, quolynode **value);
+inline void bring_into_ring(quolynode *const *slot, quolynode **value) {
+    if (ring_is_paused() && !is_parameter(slot)) quoly_into_ring(value);
+}
 
 /* The computation is abandoned: the records leave the tables and wait, as values may be operands of what unwinds. Lost
    array parameters have message 30. */

@@ -1,7 +1,6 @@
 #include "matrix/integer_determinant.h"
 
 #include "matrix/word_primes.h"
-#include "numbers/chinese.h"
 #include "numbers/handles.h"
 #include "numbers/modular.h"
 #include "top/interrupts.h"
@@ -65,17 +64,12 @@ hadamard_bounds::hadamard_bounds(const integer_matrix &m)
 /* ---- by primes ---- */
 
 void determinant_by_primes(const integer_matrix &m, double bits, number *x) {
-    const int count = word_primes_for(bits + 1); /* and its sign */
-    buffer<int32_t> residues, moduli;
-    word_primes primes;
     word_matrix images(m.n, m.n);
-    for (int i = 0; i < count; i++) {
-        const uint32_t p = primes.next();
+    const auto image = [&](uint32_t p) {
         m.residues(p, &images);
-        moduli.push(static_cast<int32_t>(p));
-        residues.push(static_cast<int32_t>(word_determinant(uni_field(p), &images)));
-    }
-    number_from_residues(residues.data(), moduli.data(), count, 1, x);
+        return word_determinant(uni_field(p), &images);
+    };
+    integer_by_primes(bits, image, x);
 }
 
 /* ---- the choice ---- */

@@ -4,7 +4,6 @@
 #include "matrix/elimination_work.h"
 #include "matrix/sparse_words.h"
 #include "matrix/word_primes.h"
-#include "numbers/chinese.h"
 #include "numbers/handles.h"
 #include "numbers/modular.h"
 #include "top/interrupts.h"
@@ -85,15 +84,8 @@ double determinant_bound(const sparse_elimination &e) {
 void integer_determinant_of(const sparse_elimination &e, number *x) {
     const double bits = determinant_bound(e);
     if (bits < 0) return special_set(0, x);
-    const int count = word_primes_for(bits + 1); /* and its sign */
-    buffer<int32_t> residues, moduli;
-    word_primes primes;
-    for (int i = 0; i < count; i++) {
-        const uint32_t p = primes.next();
-        moduli.push(static_cast<int32_t>(p));
-        residues.push(static_cast<int32_t>(determinant_modulo(e, p)));
-    }
-    number_from_residues(residues.data(), moduli.data(), count, 1, x);
+    integer_by_primes(
+        bits, [&](uint32_t p) { return determinant_modulo(e, p); }, x);
 }
 
 void multiply_by_word(sparse_elimination &e, uint32_t x) {

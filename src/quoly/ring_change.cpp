@@ -2,7 +2,6 @@
 #include "numbers/modular.h"
 #include "poly/ring_change.h"
 #include "quoly/quoly.h"
-#include "quoly/quoly_numbers.h"
 #include "top/guards.h"
 #include "top/text_io.h"
 
@@ -71,10 +70,7 @@ void quoly_into_ring(quolynode **q) {
     (*q)->numb->lint_val = 0;
     poly_into_ring(num.slot());
     if (den) poly_into_ring(den.slot());
-    if (den && poly_iszero(den.get()))
-        division_by_zero(q);
-    else
-        fraction_to_value(num, den, q);
+    fraction_to_value(num, den, q);
 }
 
 void quoly_change_from_mod(quolynode *q, int32_t modulo, bool symmetric) {

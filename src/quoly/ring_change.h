@@ -16,8 +16,8 @@ ring_move try_change_num(quolynode **q);
    as told in normal.h; *q is a value that can be freed then. */
 void quoly_change_num(quolynode **q);
 
-/* *q, computed as machine integers while the ring is paused, as the ring has it. Errors 85, and 22 where the
-   denominator vanishes. */
+/* *q, computed as machine integers while the ring is paused, as the ring has it. A denominator begins with 1
+   there already, and does not vanish. */
 void quoly_into_ring(quolynode **q);
 
 /* q, of the ring modulo `modulo`, in the chain form. */

@@ -42,6 +42,16 @@ TEST_F(paused_ring, polynomials_lose_the_terms_that_vanish) {
     EXPECT_EQ(value_of("y - 1"), "0");
 }
 
+TEST_F(paused_ring, denominators_are_of_the_ring) {
+    EXPECT_EQ(after("y := (11*x + 10)/(x + 6)"), "x / ( x + 1 )");
+    EXPECT_EQ(after("y := (x^2 + 4)/(x + 6)"), "x - 1"); /* x^2 - 1 over x + 1 */
+}
+
+TEST_F(paused_ring, elements_of_a_table_field_are_residues_of_their_words) {
+    run("&(p = 256)\na[1] := 1\ny := 1\nFunc F(n) = y := 300; n.\na[F(1)]");
+    EXPECT_EQ(value_of("y"), "44");
+}
+
 TEST_F(paused_ring, elements_and_whole_arrays_are_of_the_ring) {
     EXPECT_EQ(after("b[1,1] := 13; s[1,2] := 10; s[2,1] := 14"), "1");
     EXPECT_EQ(value_of("b[1,1]"), "-2");
